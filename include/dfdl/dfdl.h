@@ -1,0 +1,467 @@
+#ifndef DFDL_DFDL_H
+#define DFDL_DFDL_H
+
+/*
+ * The DFDL runtime library: reads data by a compiled grammar and tells it as typed events.
+ *
+ * Conventions that hold for everything below:
+ *
+ *  1. Handles. Every `new_X` gives an object that its caller ends with `delete_X`; `delete_X` takes null. A
+ *     function that makes an object returns null if there is no memory for it.
+ *  2. Order of life. A grammar outlives the parsers that use it; handlers, the input document and the
+ *     `DFDLHeap`'s callbacks outlive the parser they were given to. A `DFDLHeap` itself may be deleted as
+ * soon as the function that took it has returned.
+ *  3. Strings are UTF-16 (`DFDLChar`), terminated by zero; where a length stands beside one it counts units
+ *     without the terminator. Names of features, languages and files are bytes.
+ *  4. Positions. `DFDLWORD` is a signed 64-bit number. Positions in document events are bits, in region
+ *     events and diagnostics bytes, all counted from 0 at the start of the message.
+ *  5. Setters return 0 for success, 1 for failure, 2 if a parse is in progress (nothing has changed), 3 for
+ * an unknown feature, 7 for an unknown language. Parse functions return 1 for success and 0 for failure.
+ *  6. Errors reach the error handler while the failing function runs. A diagnostic, a trace record, and every
+ *     pointer that a callback receives are valid only during that call: copy what you want to keep.
+ *  7. Callbacks run on the caller's thread, inside the function that was called. A callback must not call a
+ *     function of the parser that runs it. What a callback returns is ignored; a slot without a callback is
+ *     skipped unless its setter says otherwise.
+ *  8. Threads. One thread at a time may use a parser and its handlers. Any number of parsers, each in a
+ * thread of its own, may share a grammar.
+ *  9. Memory. A parser or grammar takes its memory from the callbacks of the `DFDLHeap` given to it. When
+ * they have none left, the function that runs ends with the result documented for a failure and without a
+ *     diagnostic; after DFDLParser_resetParser the parser can be used again.
+ */
+
+#include <stddef.h>
+#include <stdint.h>
+#ifndef __cplusplus
+#include <uchar.h>
+#endif
+
+#if defined(__GNUC__)
+#define DFDL_API __attribute__((visibility("default")))
+#else
+#define DFDL_API
+#endif
+
+#ifdef __cplusplus
+extern "C" {
+#endif
+
+typedef char16_t DFDLChar;
+typedef int64_t DFDLWORD;
+typedef int32_t DFDLBoolean; /* 0 false, anything else true */
+
+typedef struct DFDLHeapImpl DFDLHeap;
+typedef struct sPIF DFDLGrammar;
+typedef struct DFDLParserImpl DFDLParser;
+typedef struct DFDLDocHandlerImpl DFDLDocHandler;
+typedef struct DFDLRegionHandlerImpl DFDLRegionHandler;
+typedef struct DFDLErrorHandlerImpl DFDLErrorHandler;
+typedef struct DFDLBufferHandlerImpl DFDLBufferHandler;
+typedef struct DFDLByteBufferImpl DFDLByteBuffer;
+typedef struct DFDLDiagnosticImpl DFDLDiagnostic;
+typedef struct DFDLServiceTraceHandlerImpl DFDLServiceTraceHandler;
+typedef struct DFDLUserTraceHandlerImpl DFDLUserTraceHandler;
+typedef struct DFDLTraceImpl DFDLTrace;
+typedef struct DFDLCalendarImpl DFDLCalendar;
+
+/* ---- Heap: the caller's allocator ------------------------------------------------------------------- */
+
+typedef void* (*DFDLHeapMallocCallback)(void* userData, size_t size);
+typedef void* (*DFDLHeapCallocCallback)(void* userData, size_t count, size_t size); /* zeroed */
+typedef void* (*DFDLHeapReallocCallback)(void* userData, void* pointer, size_t size);
+typedef void (*DFDLHeapFreeCallback)(void* userData, void* pointer);
+
+/* All four callbacks are needed: null if one of them is. They may return null when memory has run out. */
+DFDL_API DFDLHeap* new_DFDLHeap(void* userData, DFDLHeapMallocCallback mallocCallback,
+                                DFDLHeapCallocCallback callocCallback,
+                                DFDLHeapReallocCallback reallocCallback, DFDLHeapFreeCallback freeCallback);
+DFDL_API void delete_DFDLHeap(DFDLHeap* heap);
+
+/* The process's own malloc, calloc, realloc and free; `userData` is ignored. */
+DFDL_API void* defaultDFDLHeap_mallocCallback(void* userData, size_t size);
+DFDL_API void* defaultDFDLHeap_callocCallback(void* userData, size_t count, size_t size);
+DFDL_API void* defaultDFDLHeap_reallocCallback(void* userData, void* pointer, size_t size);
+DFDL_API void defaultDFDLHeap_freeCallback(void* userData, void* pointer);
+
+/* ---- Grammar: a loaded PIF, read-only ---------------------------------------------------------------- */
+
+/* What the functions below leave in *resultCode (which must not be null). */
+enum {
+    DFDL_GRAMMAR_LOADED = 0,
+    DFDL_GRAMMAR_NO_MEMORY = 1,  /* also: no wrapper given */
+    DFDL_GRAMMAR_VERSION = 4,    /* the PIF's format is newer than this library */
+    DFDL_GRAMMAR_NOT_A_PIF = 5,  /* not a PIF, or a pattern of it does not compile */
+    DFDL_GRAMMAR_CANNOT_OPEN = 6 /* the file cannot be opened */
+};
+
+/* Null on failure. `heap` and `handler` may be null; bytes are copied and may go as soon as this returns. A
+ * program that builds a PIF in memory finds new_DFDLGrammarFromPIFWrapper in <dfdl/pifwrapper.h>. */
+DFDL_API DFDLGrammar* new_DFDLGrammarFromFile(DFDLHeap* heap, const char* path,
+                                              DFDLServiceTraceHandler* handler, int* resultCode);
+DFDL_API DFDLGrammar* new_DFDLGrammarFromByteArray(DFDLHeap* heap, const char* bytes, size_t length,
+                                                   DFDLServiceTraceHandler* handler, int* resultCode);
+/* Every parser made for it must be gone. */
+DFDL_API void delete_DFDLGrammar(DFDLGrammar* grammar);
+
+/* ---- Document handler: receives the events of a parse ------------------------------------------------- */
+
+/* The last argument of the value callbacks. */
+enum {
+    DFDL_VALUE_STRING = 0,
+    DFDL_VALUE_DECIMAL = 1,
+    DFDL_VALUE_INTEGER = 2,
+    DFDL_VALUE_NON_NEGATIVE_INTEGER = 3,
+    DFDL_VALUE_LONG = 4,
+    DFDL_VALUE_UNSIGNED_LONG = 5,
+    DFDL_VALUE_INT = 6,
+    DFDL_VALUE_UNSIGNED_INT = 7,
+    DFDL_VALUE_SHORT = 8,
+    DFDL_VALUE_UNSIGNED_SHORT = 9,
+    DFDL_VALUE_BYTE = 10,
+    DFDL_VALUE_UNSIGNED_BYTE = 11,
+    DFDL_VALUE_FLOAT = 12,
+    DFDL_VALUE_DOUBLE = 13,
+    DFDL_VALUE_DATETIME = 14,
+    DFDL_VALUE_DATE = 15,
+    DFDL_VALUE_TIME = 16,
+    DFDL_VALUE_HEXBINARY = 17,
+    DFDL_VALUE_BOOLEAN = 18
+};
+
+typedef void (*DFDLStartDocumentCallback)(DFDLDocHandler* handler, const char* version,
+                                          const DFDLChar* encoding,
+                                          int32_t flags); /* "1.0", an empty string, 0 */
+typedef void (*DFDLEndDocumentCallback)(
+    DFDLDocHandler* handler, DFDLWORD bytes); /* bytes consumed, a byte that was begun counted whole */
+typedef void (*DFDLStartElementCallback)(DFDLDocHandler* handler, int32_t elementId, const DFDLChar* name,
+                                         int32_t namespaceId, const DFDLChar* namespaceUri,
+                                         const DFDLChar* designator,
+                                         DFDLWORD startBit); /* `designator` names the schema component */
+typedef void (*DFDLEndElementCallback)(DFDLDocHandler* handler, DFDLWORD endBit);
+typedef void (*DFDLElementStringValueCallback)(DFDLDocHandler* handler, const DFDLChar* characters,
+                                               int32_t length, uint32_t type);
+typedef void (*DFDLElementIntValueCallback)(DFDLDocHandler* handler, int32_t value, uint32_t type);
+typedef void (*DFDLElementLongValueCallback)(DFDLDocHandler* handler, int64_t value, uint32_t type);
+typedef void (*DFDLElementShortValueCallback)(DFDLDocHandler* handler, int16_t value, uint32_t type);
+typedef void (*DFDLElementFloatValueCallback)(DFDLDocHandler* handler, float value, uint32_t type);
+typedef void (*DFDLElementDoubleValueCallback)(DFDLDocHandler* handler, double value, uint32_t type);
+typedef void (*DFDLElementDecimalValueCallback)(
+    DFDLDocHandler* handler, const char* digits, int32_t length,
+    uint32_t type); /* ASCII text; also integers beyond the other callbacks */
+typedef void (*DFDLElementBooleanValueCallback)(DFDLDocHandler* handler, DFDLBoolean value, uint32_t type);
+typedef void (*DFDLElementByteValueCallback)(DFDLDocHandler* handler, int8_t value, uint32_t type);
+typedef void (*DFDLElementCalendarValueCallback)(DFDLDocHandler* handler, const DFDLCalendar* calendar,
+                                                 uint32_t type);
+typedef void (*DFDLElementUShortValueCallback)(DFDLDocHandler* handler, uint16_t value, uint32_t type);
+typedef void (*DFDLElementUIntValueCallback)(DFDLDocHandler* handler, uint32_t value, uint32_t type);
+typedef void (*DFDLElementUByteValueCallback)(DFDLDocHandler* handler, uint8_t value, uint32_t type);
+typedef void (*DFDLElementULongValueCallback)(DFDLDocHandler* handler, uint64_t value, uint32_t type);
+typedef void (*DFDLElementBinaryValueCallback)(DFDLDocHandler* handler, const uint8_t* bytes, DFDLWORD length,
+                                               uint32_t type);
+typedef void (*DFDLElementNilValueCallback)(
+    DFDLDocHandler* handler); /* the element is nil; in place of a value */
+
+DFDL_API DFDLDocHandler* new_DFDLDocHandler(void);
+DFDL_API void delete_DFDLDocHandler(DFDLDocHandler* handler);
+DFDL_API void DFDLDocHandler_setStartDocumentCallback(DFDLDocHandler* handler,
+                                                      DFDLStartDocumentCallback callback);
+DFDL_API void DFDLDocHandler_setEndDocumentCallback(DFDLDocHandler* handler,
+                                                    DFDLEndDocumentCallback callback);
+DFDL_API void DFDLDocHandler_setStartElementCallback(DFDLDocHandler* handler,
+                                                     DFDLStartElementCallback callback);
+DFDL_API void DFDLDocHandler_setEndElementCallback(DFDLDocHandler* handler, DFDLEndElementCallback callback);
+DFDL_API void DFDLDocHandler_setElementStringValueCallback(DFDLDocHandler* handler,
+                                                           DFDLElementStringValueCallback callback);
+DFDL_API void DFDLDocHandler_setElementIntValueCallback(DFDLDocHandler* handler,
+                                                        DFDLElementIntValueCallback callback);
+DFDL_API void DFDLDocHandler_setElementLongValueCallback(DFDLDocHandler* handler,
+                                                         DFDLElementLongValueCallback callback);
+DFDL_API void DFDLDocHandler_setElementShortValueCallback(DFDLDocHandler* handler,
+                                                          DFDLElementShortValueCallback callback);
+DFDL_API void DFDLDocHandler_setElementFloatValueCallback(DFDLDocHandler* handler,
+                                                          DFDLElementFloatValueCallback callback);
+DFDL_API void DFDLDocHandler_setElementDoubleValueCallback(DFDLDocHandler* handler,
+                                                           DFDLElementDoubleValueCallback callback);
+DFDL_API void DFDLDocHandler_setElementDecimalValueCallback(DFDLDocHandler* handler,
+                                                            DFDLElementDecimalValueCallback callback);
+DFDL_API void DFDLDocHandler_setElementBooleanValueCallback(DFDLDocHandler* handler,
+                                                            DFDLElementBooleanValueCallback callback);
+DFDL_API void DFDLDocHandler_setElementByteValueCallback(DFDLDocHandler* handler,
+                                                         DFDLElementByteValueCallback callback);
+DFDL_API void DFDLDocHandler_setElementCalendarValueCallback(DFDLDocHandler* handler,
+                                                             DFDLElementCalendarValueCallback callback);
+DFDL_API void DFDLDocHandler_setElementUShortValueCallback(DFDLDocHandler* handler,
+                                                           DFDLElementUShortValueCallback callback);
+DFDL_API void DFDLDocHandler_setElementUIntValueCallback(DFDLDocHandler* handler,
+                                                         DFDLElementUIntValueCallback callback);
+DFDL_API void DFDLDocHandler_setElementUByteValueCallback(DFDLDocHandler* handler,
+                                                          DFDLElementUByteValueCallback callback);
+DFDL_API void DFDLDocHandler_setElementULongValueCallback(DFDLDocHandler* handler,
+                                                          DFDLElementULongValueCallback callback);
+DFDL_API void DFDLDocHandler_setElementBinaryValueCallback(DFDLDocHandler* handler,
+                                                           DFDLElementBinaryValueCallback callback);
+DFDL_API void DFDLDocHandler_setElementNilValueCallback(DFDLDocHandler* handler,
+                                                        DFDLElementNilValueCallback callback);
+/* A pointer of the caller's, for the callbacks. */
+DFDL_API void DFDLDocHandler_setContextObject(DFDLDocHandler* handler, void* contextObject);
+DFDL_API void* DFDLDocHandler_getContextObject(const DFDLDocHandler* handler);
+
+/* ---- Region handler: where every part of the representation lies --------------------------------------- */
+
+/* Positions and lengths in bytes; empty regions are not reported. `encoding` may be null. */
+typedef void (*DFDLElementStartCallback)(DFDLRegionHandler* handler, const DFDLChar* name,
+                                         const DFDLChar* namespaceUri, const DFDLChar* designator,
+                                         DFDLWORD position, const char* encoding);
+typedef void (*DFDLElementEndCallback)(DFDLRegionHandler* handler, const DFDLChar* designator,
+                                       DFDLWORD position);
+typedef void (*DFDLGroupStartCallback)(DFDLRegionHandler* handler, const DFDLChar* designator,
+                                       DFDLWORD position);
+typedef void (*DFDLGroupEndCallback)(DFDLRegionHandler* handler, const DFDLChar* designator,
+                                     DFDLWORD position);
+typedef void (*DFDLRegionCallback)(DFDLRegionHandler* handler, const DFDLChar* designator, DFDLWORD start,
+                                   DFDLWORD length);
+
+DFDL_API DFDLRegionHandler* new_DFDLRegionHandler(void);
+DFDL_API void delete_DFDLRegionHandler(DFDLRegionHandler* handler);
+DFDL_API void DFDLRegionHandler_setElementStartCallback(DFDLRegionHandler* handler,
+                                                        DFDLElementStartCallback callback);
+DFDL_API void DFDLRegionHandler_setElementEndCallback(DFDLRegionHandler* handler,
+                                                      DFDLElementEndCallback callback);
+DFDL_API void DFDLRegionHandler_setGroupStartCallback(DFDLRegionHandler* handler,
+                                                      DFDLGroupStartCallback callback);
+DFDL_API void DFDLRegionHandler_setGroupEndCallback(DFDLRegionHandler* handler,
+                                                    DFDLGroupEndCallback callback);
+/* The eight below are called without a test: a region handler that is given to a parser has them all. */
+DFDL_API void DFDLRegionHandler_setLeadingAlignmentRegionCallback(DFDLRegionHandler* handler,
+                                                                  DFDLRegionCallback callback);
+DFDL_API void DFDLRegionHandler_setInitiatorRegionCallback(DFDLRegionHandler* handler,
+                                                           DFDLRegionCallback callback);
+DFDL_API void DFDLRegionHandler_setSimpleContentRegionCallback(DFDLRegionHandler* handler,
+                                                               DFDLRegionCallback callback);
+DFDL_API void DFDLRegionHandler_setTerminatorRegionCallback(DFDLRegionHandler* handler,
+                                                            DFDLRegionCallback callback);
+DFDL_API void DFDLRegionHandler_setTrailingAlignmentRegionCallback(DFDLRegionHandler* handler,
+                                                                   DFDLRegionCallback callback);
+DFDL_API void DFDLRegionHandler_setPrefixSeparatorRegionCallback(DFDLRegionHandler* handler,
+                                                                 DFDLRegionCallback callback);
+DFDL_API void DFDLRegionHandler_setInfixSeparatorRegionCallback(DFDLRegionHandler* handler,
+                                                                DFDLRegionCallback callback);
+DFDL_API void DFDLRegionHandler_setPostfixSeparatorRegionCallback(DFDLRegionHandler* handler,
+                                                                  DFDLRegionCallback callback);
+DFDL_API void DFDLRegionHandler_setContextObject(DFDLRegionHandler* handler, void* contextObject);
+DFDL_API void* DFDLRegionHandler_getContextObject(const DFDLRegionHandler* handler);
+
+/* ---- Error handler and diagnostics --------------------------------------------------------------------- */
+
+typedef void (*DFDLErrorCallback)(DFDLErrorHandler* handler, const DFDLDiagnostic* diagnostic);
+
+DFDL_API DFDLErrorHandler* new_DFDLErrorHandler(void);
+DFDL_API void delete_DFDLErrorHandler(DFDLErrorHandler* handler);
+/* the data do not fit the grammar: the parse has failed */
+DFDL_API void DFDLErrorHandler_setProcessingErrorCallback(DFDLErrorHandler* handler,
+                                                          DFDLErrorCallback callback);
+DFDL_API void DFDLErrorHandler_setWarningCallback(DFDLErrorHandler* handler, DFDLErrorCallback callback);
+/* also recoverable errors; the parse goes on */
+DFDL_API void DFDLErrorHandler_setValidationErrorCallback(DFDLErrorHandler* handler,
+                                                          DFDLErrorCallback callback);
+/* the grammar is wrong: the parse has failed */
+DFDL_API void DFDLErrorHandler_setSchemaDefinitionErrorCallback(DFDLErrorHandler* handler,
+                                                                DFDLErrorCallback callback);
+DFDL_API void DFDLErrorHandler_setContextObject(DFDLErrorHandler* handler, void* contextObject);
+DFDL_API void* DFDLErrorHandler_getContextObject(const DFDLErrorHandler* handler);
+
+enum {
+    DFDL_DIAGNOSTIC_WARNING = 0,
+    DFDL_DIAGNOSTIC_PROCESSING_ERROR = 1,
+    DFDL_DIAGNOSTIC_SCHEMA_DEFINITION_ERROR = 2,
+    DFDL_DIAGNOSTIC_VALIDATION_ERROR = 3,
+    DFDL_DIAGNOSTIC_RECOVERABLE_ERROR = 4
+};
+DFDL_API int32_t DFDLDiagnostic_getType(const DFDLDiagnostic* diagnostic);
+DFDL_API const DFDLChar* DFDLDiagnostic_getCode(const DFDLDiagnostic* diagnostic);
+/* Characters and length go to the two out parameters; a diagnostic without text has length 0. */
+DFDL_API void DFDLDiagnostic_getSummary(const DFDLDiagnostic* diagnostic, const DFDLChar** characters,
+                                        int32_t* length);
+/* "code: summary". Made at the first call; null and 0 if there is no memory for it. */
+DFDL_API void DFDLDiagnostic_getCodeAndSummary(DFDLDiagnostic* diagnostic, const DFDLChar** characters,
+                                               int32_t* length);
+/* Always null in this version. */
+DFDL_API const DFDLChar* DFDLDiagnostic_getSchemaLocation(const DFDLDiagnostic* diagnostic);
+
+/* ---- Input: buffers handed over piece by piece ----------------------------------------------------------
+ */
+
+/* Fills `buffer` by DFDLByteBuffer_setData. It may wait for data; it must not give an empty buffer that is
+ * not the last one. */
+typedef void (*DFDLGetNextBufferCallback)(DFDLBufferHandler* handler, DFDLByteBuffer* buffer);
+/* The library has done with the buffer's data: free or reuse them. Buffers come back in the order in which
+ * they were filled, bytes behind DFDLByteBuffer_getPosition unread. */
+typedef void (*DFDLReleaseBufferCallback)(DFDLBufferHandler* handler, DFDLByteBuffer* buffer);
+
+DFDL_API DFDLBufferHandler* new_DFDLBufferHandler(void);
+DFDL_API void delete_DFDLBufferHandler(DFDLBufferHandler* handler);
+DFDL_API void DFDLBufferHandler_setGetNextBufferHandlerCallback(DFDLBufferHandler* handler,
+                                                                DFDLGetNextBufferCallback callback);
+DFDL_API void DFDLBufferHandler_setReleaseBufferHandlerCallback(DFDLBufferHandler* handler,
+                                                                DFDLReleaseBufferCallback callback);
+DFDL_API void DFDLBufferHandler_setContextObject(DFDLBufferHandler* handler, void* contextObject);
+DFDL_API void* DFDLBufferHandler_getContextObject(const DFDLBufferHandler* handler);
+
+/* The data stay the caller's and must stay in place until the buffer is released. `isLast`: none follows. */
+DFDL_API void DFDLByteBuffer_setData(DFDLByteBuffer* buffer, const uint8_t* data, DFDLWORD size,
+                                     int32_t isLast);
+DFDL_API const uint8_t* DFDLByteBuffer_getData(const DFDLByteBuffer* buffer);
+DFDL_API DFDLWORD DFDLByteBuffer_getSize(const DFDLByteBuffer* buffer);     /* bytes */
+DFDL_API DFDLWORD DFDLByteBuffer_getPosition(const DFDLByteBuffer* buffer); /* bytes read */
+
+/* ---- Trace -----------------------------------------------------------------------------------------------
+ */
+
+typedef void (*DFDLServiceTraceCallback)(DFDLServiceTraceHandler* handler, const DFDLTrace* trace);
+typedef void (*DFDLUserTraceCallback)(DFDLUserTraceHandler* handler, const DFDLTrace* trace);
+
+DFDL_API DFDLServiceTraceHandler* new_DFDLServiceTraceHandler(void);
+DFDL_API void delete_DFDLServiceTraceHandler(DFDLServiceTraceHandler* handler);
+DFDL_API void DFDLServiceTraceHandler_setServiceInfoCallback(DFDLServiceTraceHandler* handler,
+                                                             DFDLServiceTraceCallback callback);
+DFDL_API void DFDLServiceTraceHandler_setServiceWarningCallback(DFDLServiceTraceHandler* handler,
+                                                                DFDLServiceTraceCallback callback);
+DFDL_API void DFDLServiceTraceHandler_setServiceErrorCallback(DFDLServiceTraceHandler* handler,
+                                                              DFDLServiceTraceCallback callback);
+DFDL_API void DFDLServiceTraceHandler_setServiceFatalCallback(DFDLServiceTraceHandler* handler,
+                                                              DFDLServiceTraceCallback callback);
+DFDL_API void DFDLServiceTraceHandler_setServiceEntryCallback(DFDLServiceTraceHandler* handler,
+                                                              DFDLServiceTraceCallback callback);
+DFDL_API void DFDLServiceTraceHandler_setServiceExitCallback(DFDLServiceTraceHandler* handler,
+                                                             DFDLServiceTraceCallback callback);
+DFDL_API void DFDLServiceTraceHandler_setServiceDetailCallback(DFDLServiceTraceHandler* handler,
+                                                               DFDLServiceTraceCallback callback);
+DFDL_API void DFDLServiceTraceHandler_setContextObject(DFDLServiceTraceHandler* handler, void* contextObject);
+DFDL_API void* DFDLServiceTraceHandler_getContextObject(const DFDLServiceTraceHandler* handler);
+
+DFDL_API DFDLUserTraceHandler* new_DFDLUserTraceHandler(void);
+DFDL_API void delete_DFDLUserTraceHandler(DFDLUserTraceHandler* handler);
+DFDL_API void DFDLUserTraceHandler_setUserInfoCallback(DFDLUserTraceHandler* handler,
+                                                       DFDLUserTraceCallback callback);
+DFDL_API void DFDLUserTraceHandler_setUserWarningCallback(DFDLUserTraceHandler* handler,
+                                                          DFDLUserTraceCallback callback);
+DFDL_API void DFDLUserTraceHandler_setUserErrorCallback(DFDLUserTraceHandler* handler,
+                                                        DFDLUserTraceCallback callback);
+DFDL_API void DFDLUserTraceHandler_setUserFatalCallback(DFDLUserTraceHandler* handler,
+                                                        DFDLUserTraceCallback callback);
+DFDL_API void DFDLUserTraceHandler_setContextObject(DFDLUserTraceHandler* handler, void* contextObject);
+DFDL_API void* DFDLUserTraceHandler_getContextObject(const DFDLUserTraceHandler* handler);
+
+/* A null trace gives null and 0. */
+DFDL_API void DFDLTrace_getStatement(const DFDLTrace* trace, const DFDLChar** characters, int32_t* length);
+DFDL_API const DFDLChar* DFDLTrace_getMessageKey(const DFDLTrace* trace);
+DFDL_API const DFDLChar* DFDLTrace_getMethodName(const DFDLTrace* trace);
+DFDL_API const DFDLChar* DFDLTrace_getTimestamp(const DFDLTrace* trace);
+DFDL_API const DFDLChar* DFDLTrace_getSCD(const DFDLTrace* trace);
+DFDL_API const DFDLChar* DFDLTrace_getXPath(const DFDLTrace* trace);
+DFDL_API int32_t DFDLTrace_getNumberOfObjects(const DFDLTrace* trace);
+DFDL_API void DFDLTrace_getObject(const DFDLTrace* trace, int32_t index, const DFDLChar** characters,
+                                  int32_t* length);
+
+/* ---- Parser
+ * ------------------------------------------------------------------------------------------------ */
+
+/* Identifiers of features; all are off at first. */
+#define DFDL_FEATURE_VALIDATION "dfdl://features/dfdl/validation"
+#define DFDL_FEATURE_IGNORE_TRAILING_DATA "dfdl://features/dfdl/ignore-trailing-data"
+#define DFDL_FEATURE_FAST_SMALL_INTEGERS "dfdl://features/dfdl/dochandler/fast-small-integers"
+
+/* A null heap means the process's own allocator. */
+DFDL_API DFDLParser* new_DFDLParser(DFDLHeap* heap);
+DFDL_API void delete_DFDLParser(DFDLParser* parser);
+
+/* Setters; results by convention 5. Handlers stay the caller's. */
+DFDL_API int DFDLParser_setGrammar(DFDLParser* parser, DFDLGrammar* grammar); /* 1 for null */
+DFDL_API int DFDLParser_setDocumentHandler(DFDLParser* parser, DFDLDocHandler* handler);
+DFDL_API int DFDLParser_setErrorHandler(DFDLParser* parser, DFDLErrorHandler* handler);
+DFDL_API int DFDLParser_setRegionHandler(DFDLParser* parser, DFDLRegionHandler* handler);
+/* Null removes it, and silences user trace as well. */
+DFDL_API int DFDLParser_setServiceTraceHandler(DFDLParser* parser, DFDLServiceTraceHandler* handler);
+DFDL_API int DFDLParser_setUserTraceHandler(DFDLParser* parser, DFDLUserTraceHandler* handler);
+/* The allocator for what lives as long as one message; null goes back to the process's own. */
+DFDL_API int DFDLParser_setMessageHeap(DFDLParser* parser, DFDLHeap* heap);
+/* The input: either comes in place of the other. A document is read in place, not copied. */
+DFDL_API int DFDLParser_setBufferHandler(DFDLParser* parser, DFDLBufferHandler* handler);
+DFDL_API int DFDLParser_setInputDocument(DFDLParser* parser, const uint8_t* bytes, DFDLWORD length);
+/* Copied. A null namespace means none. */
+DFDL_API int DFDLParser_setRootElement(DFDLParser* parser, const DFDLChar* name,
+                                       const DFDLChar* namespaceUri);
+DFDL_API int DFDLParser_setFeature(DFDLParser* parser, const char* feature, DFDLBoolean value);
+DFDL_API int DFDLParser_getFeature(DFDLParser* parser, const char* feature, DFDLBoolean* value);
+/* "de", "en", "es", "fr", "it", "ja", "ko", "pl", "pt_BR", "ru", "tr", "zh_TW", "zh_CN" or "zh", in any case
+ * of letters. A language without texts of its own shows the English ones. */
+DFDL_API int DFDLParser_setTraceAndErrorLanguage(DFDLParser* parser, const char* language);
+
+/* External variables of the grammar, which must be set before; 2 also while no grammar is set. Arguments are
+ * copied. A failure is told to the error handler. */
+DFDL_API int DFDLParser_setVariableBoolean(DFDLParser* parser, const DFDLChar* name,
+                                           const DFDLChar* namespaceUri, DFDLBoolean value);
+DFDL_API int DFDLParser_setVariableByte(DFDLParser* parser, const DFDLChar* name,
+                                        const DFDLChar* namespaceUri, int8_t value);
+/* Returns 1 on success and 0 on failure, unlike all the others. */
+DFDL_API int DFDLParser_setVariableUByte(DFDLParser* parser, const DFDLChar* name,
+                                         const DFDLChar* namespaceUri, uint8_t value);
+DFDL_API int DFDLParser_setVariableShort(DFDLParser* parser, const DFDLChar* name,
+                                         const DFDLChar* namespaceUri, int16_t value);
+DFDL_API int DFDLParser_setVariableUShort(DFDLParser* parser, const DFDLChar* name,
+                                          const DFDLChar* namespaceUri, uint16_t value);
+DFDL_API int DFDLParser_setVariableInt(DFDLParser* parser, const DFDLChar* name, const DFDLChar* namespaceUri,
+                                       int32_t value);
+DFDL_API int DFDLParser_setVariableUInt(DFDLParser* parser, const DFDLChar* name,
+                                        const DFDLChar* namespaceUri, uint32_t value);
+DFDL_API int DFDLParser_setVariableLong(DFDLParser* parser, const DFDLChar* name,
+                                        const DFDLChar* namespaceUri, int64_t value);
+DFDL_API int DFDLParser_setVariableULong(DFDLParser* parser, const DFDLChar* name,
+                                         const DFDLChar* namespaceUri, uint64_t value);
+DFDL_API int DFDLParser_setVariableFloat(DFDLParser* parser, const DFDLChar* name,
+                                         const DFDLChar* namespaceUri, float value);
+DFDL_API int DFDLParser_setVariableDouble(DFDLParser* parser, const DFDLChar* name,
+                                          const DFDLChar* namespaceUri, double value);
+DFDL_API int DFDLParser_setVariableString(DFDLParser* parser, const DFDLChar* name,
+                                          const DFDLChar* namespaceUri, const DFDLChar* value,
+                                          int32_t length);
+DFDL_API int DFDLParser_setVariableBinary(DFDLParser* parser, const DFDLChar* name,
+                                          const DFDLChar* namespaceUri, const uint8_t* value,
+                                          DFDLWORD length);
+/* `digits` is read up to its terminator. Text that is no number is told to the error handler; the result is 0
+ * all the same. */
+DFDL_API int DFDLParser_setVariableDecimal(DFDLParser* parser, const DFDLChar* name,
+                                           const DFDLChar* namespaceUri, const char* digits, int32_t length);
+DFDL_API int DFDLParser_setVariableCalendar(DFDLParser* parser, const DFDLChar* name,
+                                            const DFDLChar* namespaceUri, const DFDLCalendar* value);
+
+/* Parsing. *result: 0 success, 1 failure, 2 refused (no grammar, no root element, a parse in progress).
+ *
+ * DFDLParser_parseAll reads one message and readies the parser for the next; `result` may be null. In an
+ * input document the next call goes on behind the message before it.
+ *
+ * Step by step: while DFDLParser_hasNext returns 1, DFDLParser_parseNext makes one step; then
+ * DFDLParser_resetParser ends the parse. DFDLParser_parseRemaining makes all steps that are left, and resets.
+ * DFDLParser_hasNext leaves *result alone once the last event has been delivered. */
+DFDL_API int DFDLParser_parseAll(DFDLParser* parser, int* result);
+DFDL_API int DFDLParser_hasNext(DFDLParser* parser, int* result);
+DFDL_API int DFDLParser_parseNext(DFDLParser* parser, int* result);
+DFDL_API int DFDLParser_parseRemaining(DFDLParser* parser, int* result);
+/* Drops a parse in progress, the input's unread buffers included. Not from inside a callback. Always 0. */
+DFDL_API int DFDLParser_resetParser(DFDLParser* parser);
+
+/* ---- Build identification
+ * ---------------------------------------------------------------------------------- */
+
+DFDL_API const char* DFDL_getBuildVersion(void);
+DFDL_API const char* DFDL_getBuildStream(void);
+DFDL_API const char* DFDL_getBuildID(void);
+DFDL_API const char* DFDL_getBuildPlatform(void);
+DFDL_API const char* DFDL_getBuildType(void);
+DFDL_API int DFDL_getBuildBits(void);
+DFDL_API void DFDL_getBuildVRMF(int* version, int* release, int* modification, int* fix);
+
+#ifdef __cplusplus
+}
+#endif
+
+#endif
