@@ -3,30 +3,8 @@
 
 #include <cstdint>
 
-#include "dfdl/foundation/dfdlheapadapter.h"
-
-struct ArrayList;
-struct DFDLUString;
-struct DFDLValue;
-
-// What a pool has to know of its records. `destroy` deletes a record for good.
-struct PoolTraits {
-    int32_t listCapacity;  // of the list of free records, when it is made
-    int32_t limit;         // free records kept
-    void* (*create)(DFDLHeapAdapter* heap);
-    void (*destroy)(void* record);
-};
-
-// Free records of one kind. The list is made at the first use.
-struct ObjectPool {
-    DFDLHeapAdapter* heap;
-    const PoolTraits* traits;
-    ArrayList* freeRecords;
-};
-
-void* ObjectPool_get(ObjectPool* this_);
-void ObjectPool_release(ObjectPool* this_, void* record);
-void ObjectPool_clear(ObjectPool* this_);  // destroys the free records
+#include "dfdl/foundation/objectpool.h"
+#include "dfdl/foundation/xsvalue.h"
 
 enum PoolId : int32_t {
     POOL_CONTEXT_ITEM,
@@ -72,24 +50,97 @@ inline ObjectPool* DFDLPoolingFactory_pool(DFDLPoolingFactory* this_, PoolId id,
     return pool;
 }
 
-// Pooled values: kind, pooled mark and payload are set, nil is cleared.
-DFDLValue* DFDLPoolingFactory_getStringDFDLValue(DFDLPoolingFactory* this_, DFDLUString* adopted);
-DFDLValue* DFDLPoolingFactory_getFloatDFDLValue(DFDLPoolingFactory* this_, float value);
-DFDLValue* DFDLPoolingFactory_getDoubleDFDLValue(DFDLPoolingFactory* this_, double value);
-DFDLValue* DFDLPoolingFactory_getLongLongDFDLValue(DFDLPoolingFactory* this_, int64_t value);
-DFDLValue* DFDLPoolingFactory_getLongDFDLValue(DFDLPoolingFactory* this_, int64_t value);
-DFDLValue* DFDLPoolingFactory_getIntDFDLValue(DFDLPoolingFactory* this_, int64_t value);
-DFDLValue* DFDLPoolingFactory_getShortDFDLValue(DFDLPoolingFactory* this_, int64_t value);
-DFDLValue* DFDLPoolingFactory_getByteDFDLValue(DFDLPoolingFactory* this_, int64_t value);
-DFDLValue* DFDLPoolingFactory_getNonNegativeIntDFDLValue(DFDLPoolingFactory* this_, uint64_t value);
-DFDLValue* DFDLPoolingFactory_getUnsignedLongDFDLValue(DFDLPoolingFactory* this_, uint64_t value);
-DFDLValue* DFDLPoolingFactory_getUnsignedIntDFDLValue(DFDLPoolingFactory* this_, uint64_t value);
-DFDLValue* DFDLPoolingFactory_getUnsignedShortDFDLValue(DFDLPoolingFactory* this_, uint64_t value);
-DFDLValue* DFDLPoolingFactory_getUnsignedByteDFDLValue(DFDLPoolingFactory* this_, uint64_t value);
-// To its pool, or deleted where it came from none. Null is ignored.
-void DFDLPoolingFactory_releaseDFDLValue(DFDLPoolingFactory* this_, DFDLValue* value);
+// Pooled values: kind, pooled mark and payload are set, nil is cleared. The signed kinds share one pool, the
+// unsigned ones another.
+inline DFDLValue* DFDLPoolingFactory_getValue(DFDLPoolingFactory* this_, PoolId id, DFDLType kind) {
+    auto* value = static_cast<DFDLValue*>(ObjectPool_get(&this_->pools[id]));
+    value->heap = this_->heap;
+    value->schemaType = kind;
+    value->nil = 0;
+    value->pooled = 1;
+    return value;
+}
+inline DFDLValue* DFDLPoolingFactory_getSignedValue(DFDLPoolingFactory* this_, DFDLType kind,
+                                                    int64_t payload) {
+    DFDLValue* value = DFDLPoolingFactory_getValue(this_, POOL_LONG_LONG_VALUE, kind);
+    value->u.signedQ = payload;
+    return value;
+}
+inline DFDLValue* DFDLPoolingFactory_getUnsignedValue(DFDLPoolingFactory* this_, DFDLType kind,
+                                                      uint64_t payload) {
+    DFDLValue* value = DFDLPoolingFactory_getValue(this_, POOL_ULONG_LONG_VALUE, kind);
+    value->u.unsignedQ = payload;
+    return value;
+}
+
+inline DFDLValue* DFDLPoolingFactory_getStringDFDLValue(DFDLPoolingFactory* this_, DFDLUString* adopted) {
+    DFDLValue* value = DFDLPoolingFactory_getValue(this_, POOL_STRING_VALUE, TYPE_STRING);
+    value->u.string = adopted;
+    return value;
+}
+inline DFDLValue* DFDLPoolingFactory_getFloatDFDLValue(DFDLPoolingFactory* this_, float payload) {
+    DFDLValue* value = DFDLPoolingFactory_getValue(this_, POOL_FLOAT_VALUE, TYPE_FLOAT);
+    value->u.floatValue = payload;
+    return value;
+}
+inline DFDLValue* DFDLPoolingFactory_getDoubleDFDLValue(DFDLPoolingFactory* this_, double payload) {
+    DFDLValue* value = DFDLPoolingFactory_getValue(this_, POOL_DOUBLE_VALUE, TYPE_DOUBLE);
+    value->u.doubleValue = payload;
+    return value;
+}
+inline DFDLValue* DFDLPoolingFactory_getLongLongDFDLValue(DFDLPoolingFactory* this_, int64_t payload) {
+    return DFDLPoolingFactory_getSignedValue(this_, TYPE_INTEGER, payload);
+}
+inline DFDLValue* DFDLPoolingFactory_getLongDFDLValue(DFDLPoolingFactory* this_, int64_t payload) {
+    return DFDLPoolingFactory_getSignedValue(this_, TYPE_LONG, payload);
+}
+inline DFDLValue* DFDLPoolingFactory_getIntDFDLValue(DFDLPoolingFactory* this_, int64_t payload) {
+    return DFDLPoolingFactory_getSignedValue(this_, TYPE_INT, payload);
+}
+inline DFDLValue* DFDLPoolingFactory_getShortDFDLValue(DFDLPoolingFactory* this_, int64_t payload) {
+    return DFDLPoolingFactory_getSignedValue(this_, TYPE_SHORT, payload);
+}
+inline DFDLValue* DFDLPoolingFactory_getByteDFDLValue(DFDLPoolingFactory* this_, int64_t payload) {
+    return DFDLPoolingFactory_getSignedValue(this_, TYPE_BYTE, payload);
+}
+inline DFDLValue* DFDLPoolingFactory_getNonNegativeIntDFDLValue(DFDLPoolingFactory* this_, uint64_t payload) {
+    return DFDLPoolingFactory_getUnsignedValue(this_, TYPE_NON_NEGATIVE_INTEGER, payload);
+}
+inline DFDLValue* DFDLPoolingFactory_getUnsignedLongDFDLValue(DFDLPoolingFactory* this_, uint64_t payload) {
+    return DFDLPoolingFactory_getUnsignedValue(this_, TYPE_UNSIGNED_LONG, payload);
+}
+inline DFDLValue* DFDLPoolingFactory_getUnsignedIntDFDLValue(DFDLPoolingFactory* this_, uint64_t payload) {
+    return DFDLPoolingFactory_getUnsignedValue(this_, TYPE_UNSIGNED_INT, payload);
+}
+inline DFDLValue* DFDLPoolingFactory_getUnsignedShortDFDLValue(DFDLPoolingFactory* this_, uint64_t payload) {
+    return DFDLPoolingFactory_getUnsignedValue(this_, TYPE_UNSIGNED_SHORT, payload);
+}
+inline DFDLValue* DFDLPoolingFactory_getUnsignedByteDFDLValue(DFDLPoolingFactory* this_, uint64_t payload) {
+    return DFDLPoolingFactory_getUnsignedValue(this_, TYPE_UNSIGNED_BYTE, payload);
+}
+
+// The pool of a kind; POOL_COUNT for those that have none.
+constexpr PoolId DFDLPoolingFactory_poolOfKind(uint32_t kind) {
+    if (kind >= TYPE_UNSIGNED_LONG && kind <= TYPE_NON_NEGATIVE_INTEGER) return POOL_ULONG_LONG_VALUE;
+    if (kind >= TYPE_INTEGER && kind <= TYPE_BYTE) return POOL_LONG_LONG_VALUE;
+    if (kind == TYPE_STRING) return POOL_STRING_VALUE;
+    if (kind == TYPE_DOUBLE) return POOL_DOUBLE_VALUE;
+    return kind == TYPE_FLOAT ? POOL_FLOAT_VALUE : POOL_COUNT;
+}
 
 // Any string, pooled or not; null is ignored.
 void DFDLPoolingFactory_releaseDFDLUString(DFDLPoolingFactory* this_, DFDLUString* string);
+
+// To its pool, or deleted where it came from none. Null is ignored.
+inline void DFDLPoolingFactory_releaseDFDLValue(DFDLPoolingFactory* this_, DFDLValue* value) {
+    if (value == nullptr || value->pooled == 0) return delete_DFDLValue(value);
+    const PoolId id = DFDLPoolingFactory_poolOfKind(value->schemaType);
+    if (id == POOL_COUNT) return delete_DFDLValue(value);
+    if (id == POOL_STRING_VALUE) {
+        DFDLPoolingFactory_releaseDFDLUString(this_, value->u.string);
+        value->u.string = nullptr;
+    }
+    ObjectPool_release(&this_->pools[id], value);
+}
 
 #endif
