@@ -1,0 +1,141 @@
+#ifndef DFDL_PROCESSOR_DOCHANDLEREVENTBUFFER_H
+#define DFDL_PROCESSOR_DOCHANDLEREVENTBUFFER_H
+
+#include "dfdl/processor/cachedevent.h"
+#include "dfdl/processor/dochandleradapter.h"
+
+struct ArrayList;
+struct DocHandlerEventBuffer;
+
+struct DHCheckPoint {
+    DFDLHeapAdapter* heap;
+    DocHandlerEventBuffer* buffer;  // where it was taken, which need not be the present one
+    int32_t eventCount;
+};
+
+// Every event of a parse passes here: straight on to the handlers, or into the list while a checkpoint is
+// open, for nothing may be shown that may yet be undone.
+// The root buffer belongs to the parser and has an adapter. A proxy stands before it while an unordered group
+// is parsed, belongs to that group, and hands its events to the next buffer instead.
+struct DocHandlerEventBuffer {
+    DFDLHeapAdapter* heap;
+    ArrayList* events;                     // CachedEvent pointers, owned
+    int32_t holdLevel;                     // open checkpoints
+    DocHandlerAdapter* adapter;            // root only
+    DocHandlerEventBuffer* chainedBuffer;  // proxy only
+};
+
+DocHandlerEventBuffer* new_DocHandlerEventBuffer(DFDLHeapAdapter* heap);
+void delete_DocHandlerEventBuffer(DocHandlerEventBuffer* this_);  // null is ignored
+// Makes it a proxy before `next`. It delivers nothing until its first level is released or it is flushed.
+void DocHandlerEventBuffer_chainTo(DocHandlerEventBuffer* this_, DocHandlerEventBuffer* next);
+
+int32_t DocHandlerEventBuffer_eventCount(const DocHandlerEventBuffer* this_);  // held events
+
+// The slow roads of the events below: into the list, or on to the next buffer if a proxy holds nothing.
+void DocHandlerEventBuffer_deferStartElement(DocHandlerEventBuffer* this_, int32_t elementId,
+                                             const DFDLUString* name, int32_t namespaceId,
+                                             const DFDLUString* namespaceUri, const DFDLUString* designator,
+                                             int64_t startBit);
+void DocHandlerEventBuffer_defer(DocHandlerEventBuffer* this_, CachedEventKind kind, DFDLValue* value,
+                                 int64_t position);
+
+inline bool DocHandlerEventBuffer_isDirect(const DocHandlerEventBuffer* this_) {
+    return this_->holdLevel < 1 && this_->adapter != nullptr;
+}
+
+void DocHandlerEventBuffer_startDocument(DocHandlerEventBuffer* this_);
+
+// Positions of document events are bits.
+inline void DocHandlerEventBuffer_startElement(DocHandlerEventBuffer* this_, int32_t elementId,
+                                               const DFDLUString* name, int32_t namespaceId,
+                                               const DFDLUString* namespaceUri, const DFDLUString* designator,
+                                               int64_t startBit) {
+    if (DocHandlerEventBuffer_isDirect(this_)) {
+        DocHandlerAdapter_startElement(this_->adapter, elementId, name, namespaceId, namespaceUri, designator,
+                                       startBit);
+    } else {
+        DocHandlerEventBuffer_deferStartElement(this_, elementId, name, namespaceId, namespaceUri, designator,
+                                                startBit);
+    }
+}
+inline void DocHandlerEventBuffer_endElement(DocHandlerEventBuffer* this_, int64_t endBit) {
+    if (DocHandlerEventBuffer_isDirect(this_)) {
+        DocHandlerAdapter_endElement(this_->adapter, endBit);
+    } else {
+        DocHandlerEventBuffer_defer(this_, EVENT_END_ELEMENT, nullptr, endBit);
+    }
+}
+// Takes the value over.
+inline void DocHandlerEventBuffer_elementValue(DocHandlerEventBuffer* this_, DFDLValue* value) {
+    if (DocHandlerEventBuffer_isDirect(this_)) {
+        DocHandlerAdapter_elementValue(this_->adapter, value);
+    } else {
+        DocHandlerEventBuffer_defer(this_, EVENT_VALUE, value, 0);
+    }
+}
+inline void DocHandlerEventBuffer_elementNilValue(DocHandlerEventBuffer* this_) {
+    if (DocHandlerEventBuffer_isDirect(this_)) {
+        DocHandlerAdapter_elementNilValue(this_->adapter);
+    } else {
+        DocHandlerEventBuffer_defer(this_, EVENT_NIL, nullptr, 0);
+    }
+}
+// The record stays the caller's.
+void DocHandlerEventBuffer_recoverableError(DocHandlerEventBuffer* this_, const ProcessingError* record);
+
+// Region events; positions and lengths are bytes. Without a region handler they do nothing. `encoding` may be
+// null.
+void DocHandlerEventBuffer_elementStart(DocHandlerEventBuffer* this_, int32_t elementId,
+                                        const DFDLUString* name, int32_t namespaceId,
+                                        const DFDLUString* namespaceUri, const DFDLUString* designator,
+                                        int64_t position, const char* encoding);
+void DocHandlerEventBuffer_elementEnd(DocHandlerEventBuffer* this_, const DFDLUString* designator,
+                                      int64_t position);
+void DocHandlerEventBuffer_groupStart(DocHandlerEventBuffer* this_, const DFDLUString* designator,
+                                      int64_t position);
+void DocHandlerEventBuffer_groupEnd(DocHandlerEventBuffer* this_, const DFDLUString* designator,
+                                    int64_t position);
+
+// One region of a kind from EVENT_LEADING_ALIGNMENT to EVENT_TERMINATOR. An empty one is not reported.
+void DocHandlerEventBuffer_parsedRegion(DocHandlerEventBuffer* this_, CachedEventKind kind,
+                                        const DFDLUString* designator, int64_t start, int64_t length);
+template <CachedEventKind Kind>
+void DocHandlerEventBuffer_parsed(DocHandlerEventBuffer* this_, const DFDLUString* designator, int64_t start,
+                                  int64_t length) {
+    DocHandlerEventBuffer_parsedRegion(this_, Kind, designator, start, length);
+}
+inline constexpr auto& DocHandlerEventBuffer_parsedLeadingAlignmentRegion =
+    DocHandlerEventBuffer_parsed<EVENT_LEADING_ALIGNMENT>;
+inline constexpr auto& DocHandlerEventBuffer_parsedInitiatorRegion =
+    DocHandlerEventBuffer_parsed<EVENT_INITIATOR>;
+inline constexpr auto& DocHandlerEventBuffer_parsedSimpleContentRegion =
+    DocHandlerEventBuffer_parsed<EVENT_SIMPLE_CONTENT>;
+inline constexpr auto& DocHandlerEventBuffer_parsedTerminatorRegion =
+    DocHandlerEventBuffer_parsed<EVENT_TERMINATOR>;
+inline constexpr auto& DocHandlerEventBuffer_parsedTrailingAlignmentRegion =
+    DocHandlerEventBuffer_parsed<EVENT_TRAILING_ALIGNMENT>;
+inline constexpr auto& DocHandlerEventBuffer_parsedPrefixSeparatorRegion =
+    DocHandlerEventBuffer_parsed<EVENT_PREFIX_SEPARATOR>;
+inline constexpr auto& DocHandlerEventBuffer_parsedInfixSeparatorRegion =
+    DocHandlerEventBuffer_parsed<EVENT_INFIX_SEPARATOR>;
+inline constexpr auto& DocHandlerEventBuffer_parsedPostfixSeparatorRegion =
+    DocHandlerEventBuffer_parsed<EVENT_POSTFIX_SEPARATOR>;
+
+DHCheckPoint* DocHandlerEventBuffer_getCheckPoint(DocHandlerEventBuffer* this_);
+// Holds once more and gives the old checkpoint back.
+void DocHandlerEventBuffer_refreshCheckPoint(DocHandlerEventBuffer* this_, DHCheckPoint* old);
+// Forgets the events since; the checkpoint stays open.
+void DocHandlerEventBuffer_restoreToCheckPoint(DocHandlerEventBuffer* this_, const DHCheckPoint* checkPoint);
+// The last release delivers what is held.
+void DocHandlerEventBuffer_releaseCheckPoint(DocHandlerEventBuffer* this_, DHCheckPoint* checkPoint);
+
+// Delivers what is held, whatever checkpoints are open, and holds nothing any more.
+void DocHandlerEventBuffer_flush(DocHandlerEventBuffer* this_);
+// Keeps the first `index` events.
+void DocHandlerEventBuffer_discardEventsAfterIndex(DocHandlerEventBuffer* this_, int32_t index);
+// Takes back the newest element if nothing came between its start and its end. Only held events can be taken
+// back: with no checkpoint open the element stays.
+void DocHandlerEventBuffer_discardEmptyComplexElement(DocHandlerEventBuffer* this_);
+
+#endif
