@@ -13,7 +13,7 @@ Context* new_Context(DFDLHeapAdapter* heap) {
     // ICU always has a default converter; it can only be out of memory for it.
     UErrorCode status = U_ZERO_ERROR;
     this_->defaultConverter = ucnv_open(nullptr, &status);
-    if (this_->defaultConverter == nullptr) throw AllocationFailure{1};
+    if (this_->defaultConverter == nullptr) DFDLHeapAdapter_refuse(heap);
     return this_.release();
 }
 
