@@ -1,6 +1,8 @@
 #ifndef DFDL_FOUNDATION_DFDLDECIMAL_H
 #define DFDL_FOUNDATION_DFDLDECIMAL_H
 
+#include <unicode/utypes.h>
+
 #include <cstdint>
 
 #include "dfdl/foundation/dfdlheapadapter.h"
@@ -16,5 +18,14 @@ DFDLDecimal* new_DFDLDecimal(DFDLHeapAdapter* heap, const DFDLConstants* constan
 DFDLDecimal* new_DFDLDecimalFromChar(DFDLHeapAdapter* heap, const DFDLConstants* constants, const char* text,
                                      int32_t length);
 void delete_DFDLDecimal(DFDLDecimal* this_);  // null is ignored
+DFDLDecimal* DFDLDecimal_copy(const DFDLDecimal* this_, DFDLHeapAdapter* heap);
+
+int64_t DFDLDecimal_getSignedQValue(DFDLDecimal* this_);
+uint64_t DFDLDecimal_getUnsignedQValue(DFDLDecimal* this_);
+// A new string of the given heap's pool.
+DFDLUString* DFDLDecimal_getDecimalInUString(const DFDLDecimal* this_, UErrorCode* status,
+                                             DFDLHeapAdapter* heap);
+// -1, 0 or 1; -1 too if either is null, -2 if the two cannot be compared.
+int32_t DFDLDecimal_compare(const DFDLDecimal* a, const DFDLDecimal* b);
 
 #endif

@@ -8,6 +8,7 @@
 
 #include "dfdl/foundation/dfdlheapadapter.h"
 
+struct DFDLCalendarImpl;
 struct DFDLString;
 
 // The text of this system: UTF-16 units, always terminated. Whoever receives one from `new_...` or from a
@@ -29,6 +30,19 @@ DFDLUString* new_DFDLUString_fromCString(DFDLHeapAdapter* heap, DFDLHeapAdapter*
                                          UConverter* converter, const char* bytes, int32_t length);
 // Refers to storage that outlives the string.
 DFDLUString* new_DFDLUStringUseUChars(DFDLHeapAdapter* heap, const UChar* chars, int32_t length);
+// From values, in the lexical forms of the schema's types.
+DFDLUString* new_DFDLUString_fromBoolean(DFDLHeapAdapter* heap, bool value);
+DFDLUString* new_DFDLUString_fromSignedQValue(DFDLHeapAdapter* heap, int64_t value);
+DFDLUString* new_DFDLUString_fromUnsignedQValue(DFDLHeapAdapter* heap, uint64_t value);
+DFDLUString* new_DFDLUString_fromDouble(DFDLHeapAdapter* heap, double value);
+DFDLUString* new_DFDLUString_fromFloat(DFDLHeapAdapter* heap, float value);
+DFDLUString* new_DFDLUString_fromHexBinary(DFDLHeapAdapter* heap, const uint8_t* bytes, int64_t length);
+DFDLUString* new_DFDLUString_fromDate(DFDLHeapAdapter* heap, const DFDLCalendarImpl* calendar,
+                                      bool hasTimeZone);
+DFDLUString* new_DFDLUString_fromTime(DFDLHeapAdapter* heap, const DFDLCalendarImpl* calendar,
+                                      bool hasTimeZone);
+DFDLUString* new_DFDLUString_fromDateTime(DFDLHeapAdapter* heap, const DFDLCalendarImpl* calendar,
+                                          bool hasTimeZone);
 void delete_DFDLUString(DFDLUString* this_);  // null is ignored; a pooled string goes back to its pool
 
 // From the engine's pool.
@@ -50,5 +64,9 @@ inline int32_t DFDLUString_length(const DFDLUString* this_) { return this_ == nu
 bool DFDLUString_equals(const DFDLUString* a, const DFDLUString* b);  // null equals empty
 bool DFDLUString_equalsIgnoreCase(const DFDLUString* a, const DFDLUString* b);
 int32_t DFDLUString_compare(const DFDLUString* a, const DFDLUString* b);  // code units; -1 if either is null
+
+// Malformed text and numbers out of range leave U_INVALID_FORMAT_ERROR and give 0.
+int64_t DFDLUString_toSignedQValue(const DFDLUString* this_, UErrorCode* status);
+uint64_t DFDLUString_toUnsignedQValue(const DFDLUString* this_, UErrorCode* status);
 
 #endif
