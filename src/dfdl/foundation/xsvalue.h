@@ -356,7 +356,7 @@ int32_t DFDLValue_compare(const DFDLValue* a, const DFDLValue* b, UErrorCode* st
 bool DFDLValue_equal(const DFDLValue* a, const DFDLValue* b, UErrorCode* status);
 // 0 for a kind without a number. Ranges are not checked: a word of the other signedness is taken as it
 // stands.
-int64_t DFDLValue_toSignedInt(const DFDLValue* value, UErrorCode* status, DFDLHeapAdapter* heap);
-uint64_t DFDLValue_toUnsignedInt(const DFDLValue* value, UErrorCode* status, DFDLHeapAdapter* heap);
+int64_t DFDLValue_toSignedInt(const DFDLValue* value, UErrorCode* status);
+uint64_t DFDLValue_toUnsignedInt(const DFDLValue* value, UErrorCode* status);
 
 #endif
