@@ -282,7 +282,7 @@ DFDL_API const DFDLChar* DFDLDiagnostic_getCode(const DFDLDiagnostic* diagnostic
 DFDL_API void DFDLDiagnostic_getSummary(const DFDLDiagnostic* diagnostic, const DFDLChar** characters,
                                         int32_t* length);
 /* "code: summary". Made at the first call; null and 0 if there is no memory for it. */
-DFDL_API void DFDLDiagnostic_getCodeAndSummary(DFDLDiagnostic* diagnostic, const DFDLChar** characters,
+DFDL_API void DFDLDiagnostic_getCodeAndSummary(const DFDLDiagnostic* diagnostic, const DFDLChar** characters,
                                                int32_t* length);
 /* Always null in this version. */
 DFDL_API const DFDLChar* DFDLDiagnostic_getSchemaLocation(const DFDLDiagnostic* diagnostic);

@@ -1,9 +1,8 @@
 #ifndef DFDL_FOUNDATION_DFDLDIAGNOSTIC_H
 #define DFDL_FOUNDATION_DFDLDIAGNOSTIC_H
 
-#include <unicode/ucnv.h>
-
 #include <dfdl/dfdl.h>
+#include <unicode/ucnv.h>
 
 #include "dfdl/foundation/dfdlheapadapter.h"
 
@@ -34,10 +33,12 @@ struct DFDLDiagnosticImpl {
 
 // `buffer` holds DIAGNOSTIC_CAPACITY units.
 DFDLDiagnosticImpl* new_DFDLDiagnosticImplFromProsError(DFDLHeapAdapter* heap, UConverter* converter,
-                                                        const ProcessingError* record, ResourceCatalog* catalog,
-                                                        UChar* buffer, int32_t type);
+                                                        const ProcessingError* record,
+                                                        ResourceCatalog* catalog, UChar* buffer,
+                                                        int32_t type);
 DFDLDiagnosticImpl* new_DFDLDiagnosticImplFromString(DFDLHeapAdapter* heap, UConverter* converter,
                                                      const char* text);
-void delete_DFDLDiagnosticImpl(DFDLDiagnosticImpl* this_);
+void delete_DFDLDiagnosticImpl(DFDLDiagnosticImpl* this_);  // null is ignored
+const DFDLUString* DFDLDiagnosticImpl_getCodeAndSummary(DFDLDiagnosticImpl* this_);
 
 #endif

@@ -32,16 +32,20 @@ struct ProcessingError {
     uint32_t traced;  // already written to user trace
     int32_t subKind;  // ErrorSubKind
     const GroupMemberTableRow* row;
-    ArrayList* inserts;  // pairs: format piece, captured value
+    ArrayList* inserts;  // of CapturedInsert: format piece and value
 };
 
 ProcessingError* new_ProcessingError(DFDLHeapAdapter* heap);
-void delete_ProcessingError(ProcessingError* this_);
+void delete_ProcessingError(ProcessingError* this_);  // null is ignored
+// For a record inside another object, whose `heap` is set.
+void ProcessingError_ctor(ProcessingError* this_);
+void ProcessingError_dtor(ProcessingError* this_);
 
-// Does nothing if a key stands already. Letters of the format: see processingerror.cpp. `key` must be one of
-// the constants of messagekeys.h (the pointer is kept). The source place is for the reader of the call.
-void ProcessingError_setValues(ProcessingError* this_, const char* sourceFile, int sourceLine, const char* key,
-                               int32_t kind, int32_t subKind, const char* format, ...);
+// Does nothing if a key stands already. Letters of the format: see insertformat.h. `key` must be one of the
+// constants of messagekeys.h, and the format a constant too: the pointers are kept. The source place is for
+// the reader of the call.
+void ProcessingError_setValues(ProcessingError* this_, const char* sourceFile, int sourceLine,
+                               const char* key, int32_t kind, int32_t subKind, const char* format, ...);
 void ProcessingError_reset(ProcessingError* this_);
 ProcessingError* ProcessingError_clone(const ProcessingError* this_, DFDLHeapAdapter* heap);
 
