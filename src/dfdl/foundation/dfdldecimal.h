@@ -22,6 +22,9 @@ DFDLDecimal* DFDLDecimal_copy(const DFDLDecimal* this_, DFDLHeapAdapter* heap);
 
 int64_t DFDLDecimal_getSignedQValue(DFDLDecimal* this_);
 uint64_t DFDLDecimal_getUnsignedQValue(DFDLDecimal* this_);
+// Terminated text, possibly with an exponent, in a buffer of heap->bufferFactory that is the caller's to
+// free.
+char* DFDLDecimal_getDecimal(const DFDLDecimal* this_, int32_t* length, DFDLHeapAdapter* heap);
 // A new string of the given heap's pool.
 DFDLUString* DFDLDecimal_getDecimalInUString(const DFDLDecimal* this_, UErrorCode* status,
                                              DFDLHeapAdapter* heap);

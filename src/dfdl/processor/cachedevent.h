@@ -46,6 +46,9 @@ struct CachedEvent {
     int64_t second;  // length of a region, bytes
 };
 
+// Gives value and error back.
+void CachedEvent_clear(CachedEvent* this_, DFDLPoolingFactory* factory);
+
 CachedEvent* CachedEventPooler_get(DFDLPoolingFactory* factory);
 // Value and error, if the event still has them, go with it.
 void CachedEventPooler_release(DFDLPoolingFactory* factory, CachedEvent* event);

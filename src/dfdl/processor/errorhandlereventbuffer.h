@@ -16,7 +16,7 @@ struct EHCheckPoint {
 // errors that end a parse never come here. One per parser, which owns it.
 struct ErrorHandlerEventBuffer {
     DFDLHeapAdapter* heap;
-    DFDLHeapAdapter* messageHeap;  // of held errors and diagnostics; the parser sets it at setup
+    DFDLHeapAdapter* messageHeap;  // of diagnostics; the parser sets it at setup
     Context* context;
     ArrayList* errors;                   // ProcessingError clones, owned
     int32_t holdLevel;                   // open checkpoints

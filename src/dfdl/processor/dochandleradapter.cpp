@@ -1,0 +1,149 @@
+#include "dfdl/processor/dochandleradapter.h"
+
+#include <charconv>
+
+#include "dfdl/foundation/dfdlbufferfactory.h"
+#include "dfdl/foundation/dfdldecimal.h"
+#include "dfdl/foundation/dfdlpoolingfactory.h"
+#include "dfdl/foundation/guard.h"
+#include "dfdl/foundation/xsvalue.h"
+
+namespace {
+
+constexpr size_t DIGITS_CAPACITY = 21;  // the longest 64-bit number with sign or without, and a terminator
+
+template <class Handler, class... Arguments, class... Values>
+void call(Handler* handler, void (*slot)(Handler*, Arguments...), Values... values) {
+    if (slot != nullptr) slot(handler, static_cast<Arguments>(values)...);
+}
+
+void giveString(DFDLDocHandlerImpl* handler, const DFDLUString* string) {
+    call(handler, handler->elementStringValue, DocHandlerAdapter_chars(string), DFDLUString_length(string),
+         DFDL_VALUE_STRING);
+}
+
+// The value may hold an integer that is too large for a number of 64 bits.
+uint32_t decimalTypeOf(const DFDLValue* value) {
+    switch (DecimalDV_getModelSchemaType(value)) {
+        case SIMPLE_UNSIGNED_LONG:
+            return DFDL_VALUE_UNSIGNED_LONG;
+        case SIMPLE_NON_NEGATIVE_INTEGER:
+            return DFDL_VALUE_NON_NEGATIVE_INTEGER;
+        case SIMPLE_INTEGER:
+            return DFDL_VALUE_INTEGER;
+        default:
+            return DFDL_VALUE_DECIMAL;
+    }
+}
+
+void giveDecimal(DocHandlerAdapter* adapter, const DFDLValue* value) {
+    DFDLDocHandlerImpl* handler = adapter->docHandler;
+    if (handler->elementDecimalValue == nullptr) return;
+    int32_t length = 0;
+    char* digits = DFDLDecimal_getDecimal(value->u.decimal.number, &length, adapter->messageHeap);
+    handler->elementDecimalValue(handler, digits, length, decimalTypeOf(value));
+    DFDLBufferFactory_FreeBuffer(adapter->messageHeap->bufferFactory, reinterpret_cast<uint8_t*>(digits));
+}
+
+// An integer of unlimited size that fits 64 bits: as the number that it is, or as digits.
+template <class Number, class Slot>
+void giveInteger(const DocHandlerAdapter* adapter, Slot slot, Number number, uint32_t type) {
+    DFDLDocHandlerImpl* handler = adapter->docHandler;
+    if (adapter->fastSmallIntegers != 0) return call(handler, slot, number, type);
+    if (handler->elementDecimalValue == nullptr) return;
+    char digits[DIGITS_CAPACITY];
+    char* end = std::to_chars(digits, digits + DIGITS_CAPACITY - 1, number).ptr;
+    *end = '\0';
+    handler->elementDecimalValue(handler, digits, static_cast<int32_t>(end - digits), type);
+}
+
+void giveCalendar(DFDLDocHandlerImpl* handler, const DFDLValue* value, uint32_t type) {
+    call(handler, handler->elementCalendarValue, value->u.calendar.calendar, type);
+}
+
+// What a kind of value calls; integers stand in one 64-bit word and are narrowed to what the slot takes.
+void give(DocHandlerAdapter* adapter, const DFDLValue* value) {
+    DFDLDocHandlerImpl* handler = adapter->docHandler;
+    const auto& payload = value->u;
+    const int64_t number = payload.signedQ;
+    const uint64_t natural = payload.unsignedQ;
+    switch (value->schemaType) {
+        case TYPE_STRING:
+            return giveString(handler, payload.string);
+        case TYPE_BOOLEAN:
+            return call(handler, handler->elementBooleanValue, payload.boolean, DFDL_VALUE_BOOLEAN);
+        case TYPE_DECIMAL:
+            return giveDecimal(adapter, value);
+        case TYPE_FLOAT:
+            return call(handler, handler->elementFloatValue, payload.floatValue, DFDL_VALUE_FLOAT);
+        case TYPE_DOUBLE:
+            return call(handler, handler->elementDoubleValue, payload.doubleValue, DFDL_VALUE_DOUBLE);
+        case TYPE_DATETIME:
+            return giveCalendar(handler, value, DFDL_VALUE_DATETIME);
+        case TYPE_TIME:
+            return giveCalendar(handler, value, DFDL_VALUE_TIME);
+        case TYPE_DATE:
+            return giveCalendar(handler, value, DFDL_VALUE_DATE);
+        case TYPE_HEXBINARY:
+            return call(handler, handler->elementBinaryValue, payload.binary.data, payload.binary.length,
+                        DFDL_VALUE_HEXBINARY);
+        case TYPE_INTEGER:
+            return giveInteger(adapter, handler->elementLongValue, number, DFDL_VALUE_INTEGER);
+        case TYPE_LONG:
+            return call(handler, handler->elementLongValue, number, DFDL_VALUE_LONG);
+        case TYPE_INT:
+            return call(handler, handler->elementIntValue, number, DFDL_VALUE_INT);
+        case TYPE_SHORT:
+            return call(handler, handler->elementShortValue, number, DFDL_VALUE_SHORT);
+        case TYPE_BYTE:
+            return call(handler, handler->elementByteValue, number, DFDL_VALUE_BYTE);
+        case TYPE_UNSIGNED_LONG:
+            return call(handler, handler->elementULongValue, natural, DFDL_VALUE_UNSIGNED_LONG);
+        case TYPE_UNSIGNED_INT:
+            return call(handler, handler->elementUIntValue, natural, DFDL_VALUE_UNSIGNED_INT);
+        case TYPE_UNSIGNED_SHORT:
+            return call(handler, handler->elementUShortValue, natural, DFDL_VALUE_UNSIGNED_SHORT);
+        case TYPE_UNSIGNED_BYTE:
+            return call(handler, handler->elementUByteValue, natural, DFDL_VALUE_UNSIGNED_BYTE);
+        case TYPE_NON_NEGATIVE_INTEGER:
+            return giveInteger(adapter, handler->elementULongValue, natural, DFDL_VALUE_NON_NEGATIVE_INTEGER);
+        default:
+            return;
+    }
+}
+
+}  // namespace
+
+DocHandlerAdapter* new_DocHandlerAdapter(DFDLHeapAdapter* heap, Context* context, ResourceCatalog* catalog,
+                                         bool fastSmallIntegers) {
+    auto* this_ = DFDLHeapAdapter_new<DocHandlerAdapter>(heap);
+    this_->messageHeap = heap;
+    this_->context = context;
+    this_->resourceCatalog = catalog;
+    this_->fastSmallIntegers = fastSmallIntegers ? 1U : 0U;
+    return this_;
+}
+
+void delete_DocHandlerAdapter(DocHandlerAdapter* this_) {
+    if (this_ != nullptr) DFDLHeapAdapter_objectDeallocate(this_->heap, this_);
+}
+
+void DocHandlerAdapter_startDocument(DocHandlerAdapter* this_) {
+    call(this_->docHandler, this_->docHandler->startDocument, "1.0", u"", 0);
+}
+
+void DocHandlerAdapter_endDocument(DocHandlerAdapter* this_, int64_t bytes) {
+    call(this_->docHandler, this_->docHandler->endDocument, bytes);
+}
+
+void DocHandlerAdapter_elementValue(DocHandlerAdapter* this_, DFDLValue* value) {
+    const ScopeExit release(
+        [this_, value] { DFDLPoolingFactory_releaseDFDLValue(this_->heap->poolingFactory, value); });
+    give(this_, value);
+}
+
+void DocHandlerAdapter_recoverableError(DocHandlerAdapter* this_, const ProcessingError* record) {
+    DFDLErrorHandlerImpl_deliver(this_->errorHandler, &DFDLErrorHandlerImpl::validationError,
+                                 DIAGNOSTIC_RECOVERABLE_ERROR, record, this_->messageHeap,
+                                 this_->resourceCatalog, this_->scratch);
+}

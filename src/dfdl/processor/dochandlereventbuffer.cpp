@@ -1,0 +1,321 @@
+#include "dfdl/processor/dochandlereventbuffer.h"
+
+#include <utility>
+
+#include "dfdl/foundation/arraylist.h"
+#include "dfdl/foundation/dfdlpoolingfactory.h"
+#include "dfdl/foundation/guard.h"
+#include "dfdl/foundation/processingerror.h"
+
+namespace {
+
+using Buffer = DocHandlerEventBuffer;
+
+constexpr int32_t EVENT_CAPACITY = 10;
+
+CachedEvent* eventAt(const Buffer* buffer, int32_t index) {
+    return ArrayList_getPointer<CachedEvent>(buffer->events, index);
+}
+
+DFDLPoolingFactory* pools(const Buffer* buffer) { return buffer->heap->poolingFactory; }
+
+// The root, at the end of the proxies.
+DocHandlerAdapter* adapterOf(const Buffer* buffer) {
+    while (buffer->chainedBuffer != nullptr) buffer = buffer->chainedBuffer;
+    return buffer->adapter;
+}
+
+bool holds(const Buffer* buffer) { return buffer->holdLevel > 0; }
+
+// A long point of uncertainty holds the whole message: the list doubles, so that it is not copied every few
+// events.
+void makeRoom(ArrayList* events) {
+    if (events->count < events->capacity) return;
+    if (events->capacity > INT32_MAX / 2) throw AllocationFailure{3};
+    ArrayList_ensureCapacity(events, 2 * events->capacity);
+}
+
+// The list takes over value and error.
+void hold(Buffer* buffer, CachedEvent* event) {
+    makeRoom(buffer->events);
+    CachedEvent* held = CachedEventPooler_get(pools(buffer));
+    event->heap = held->heap;
+    *held = *event;
+    event->value = nullptr;
+    event->error = nullptr;
+    ArrayList_addPointer(buffer->events, held);
+}
+
+// Made field by field, since most of them are empty in most events.
+CachedEvent eventOf(CachedEventKind kind, const DFDLUString* designator, int64_t first, int64_t second) {
+    CachedEvent event = {};
+    event.kind = kind;
+    event.designator = designator;
+    event.first = first;
+    event.second = second;
+    return event;
+}
+
+void deliverRegion(DocHandlerAdapter* adapter, const CachedEvent& event) {
+    using Slot = DFDLRegionCallback DFDLRegionHandlerImpl::*;
+    using Handler = DFDLRegionHandlerImpl;
+    static constexpr Slot SLOTS[] = {&Handler::leadingAlignmentRegion, &Handler::initiatorRegion,
+                                     &Handler::simpleContentRegion,    &Handler::trailingAlignmentRegion,
+                                     &Handler::prefixSeparatorRegion,  &Handler::postfixSeparatorRegion,
+                                     &Handler::infixSeparatorRegion,   &Handler::terminatorRegion};
+    Handler* handler = adapter->regionHandler;
+    const DFDLRegionCallback callback = handler->*SLOTS[event.kind - EVENT_LEADING_ALIGNMENT];
+    if (callback == nullptr) return;
+    callback(handler, DocHandlerAdapter_chars(event.designator), event.first, event.second);
+}
+
+void deliverBoundary(DocHandlerAdapter* adapter, const CachedEvent& event, const char* encoding) {
+    DFDLRegionHandlerImpl* handler = adapter->regionHandler;
+    const UChar* designator = DocHandlerAdapter_chars(event.designator);
+    if (event.kind == EVENT_ELEMENT_START) {
+        if (handler->elementStart == nullptr) return;
+        handler->elementStart(handler, DocHandlerAdapter_chars(event.name),
+                              DocHandlerAdapter_chars(event.namespaceUri), designator, event.first, encoding);
+    } else if (event.kind == EVENT_ELEMENT_END) {
+        if (handler->elementEnd != nullptr) handler->elementEnd(handler, designator, event.first);
+    } else if (event.kind == EVENT_GROUP_START) {
+        if (handler->groupStart != nullptr) handler->groupStart(handler, designator, event.first);
+    } else {
+        if (handler->groupEnd != nullptr) handler->groupEnd(handler, designator, event.first);
+    }
+}
+
+void deliverToRegionHandler(DocHandlerAdapter* adapter, const CachedEvent& event, const char* encoding) {
+    if (adapter == nullptr || adapter->regionHandler == nullptr) return;
+    if (event.kind >= EVENT_LEADING_ALIGNMENT) return deliverRegion(adapter, event);
+    deliverBoundary(adapter, event, encoding);
+}
+
+void deliverError(DocHandlerAdapter* adapter, ProcessingError* error) {
+    DocHandlerAdapter_recoverableError(adapter, error);
+    delete_ProcessingError(error);
+}
+
+// Value and error leave the event first: whatever happens in a callback, they are not given out twice.
+void deliver(DocHandlerAdapter* adapter, CachedEvent* event) {
+    switch (event->kind) {
+        case EVENT_START_ELEMENT:
+            return DocHandlerAdapter_startElement(adapter, event->elementId, event->name, event->namespaceId,
+                                                  event->namespaceUri, event->designator, event->first);
+        case EVENT_VALUE:
+            return DocHandlerAdapter_elementValue(adapter, std::exchange(event->value, nullptr));
+        case EVENT_END_ELEMENT:
+            return DocHandlerAdapter_endElement(adapter, event->first);
+        case EVENT_NIL:
+            return DocHandlerAdapter_elementNilValue(adapter);
+        case EVENT_RECOVERABLE_ERROR:
+            return deliverError(adapter, std::exchange(event->error, nullptr));
+        default:
+            return deliverToRegionHandler(adapter, *event, nullptr);
+    }
+}
+
+void pass(Buffer* buffer, CachedEvent* event);
+
+// What a proxy gives on, the next buffer holds or delivers as its own level says.
+void handOn(Buffer* next, CachedEvent* event) {
+    if (event->kind == EVENT_START_ELEMENT) event->elementId = event->namespaceId = 0;
+    holds(next) ? hold(next, event) : pass(next, event);
+}
+
+// One event out of a buffer that need not hold it any more.
+void pass(Buffer* buffer, CachedEvent* event) {
+    if (buffer->adapter != nullptr) {
+        deliver(buffer->adapter, event);
+    } else if (buffer->chainedBuffer != nullptr) {
+        handOn(buffer->chainedBuffer, event);
+    }
+}
+
+// A new event on its way in. What nobody has taken over when memory runs out goes back from here.
+void enter(Buffer* buffer, CachedEvent event) {
+    const ScopeExit clear([buffer, &event] { CachedEvent_clear(&event, pools(buffer)); });
+    holds(buffer) ? hold(buffer, &event) : pass(buffer, &event);
+}
+
+// Region events are not even held where nobody wants them: they would count as content of an element that has
+// none.
+void enterRegion(Buffer* buffer, const CachedEvent& event) {
+    const DocHandlerAdapter* adapter = adapterOf(buffer);
+    if (adapter != nullptr && adapter->regionHandler != nullptr) enter(buffer, event);
+}
+
+void discardRange(Buffer* buffer, int32_t first, int32_t end) {
+    for (int32_t index = end - 1; index >= first; --index) {
+        CachedEventPooler_release(pools(buffer), eventAt(buffer, index));
+        ArrayList_removeAt(buffer->events, index);
+    }
+}
+
+int32_t lastEndElement(const Buffer* buffer) {
+    int32_t index = buffer->events->count - 1;
+    while (index >= 0 && eventAt(buffer, index)->kind != EVENT_END_ELEMENT) --index;
+    return index;
+}
+
+// The start of the element that ends at `end`, with nothing but empty elements and boundaries of groups
+// between the two; -1 if it has content.
+int32_t startOfEmptyElement(const Buffer* buffer, int32_t end) {
+    int32_t open = 0;
+    for (int32_t index = end - 1; index >= 0; --index) {
+        const int32_t kind = eventAt(buffer, index)->kind;
+        if (kind == EVENT_END_ELEMENT) {
+            ++open;
+        } else if (kind == EVENT_START_ELEMENT) {
+            if (open == 0) return index;
+            --open;
+        } else if (kind < EVENT_ELEMENT_START || kind > EVENT_GROUP_END) {
+            return -1;
+        }
+    }
+    return 0;
+}
+
+void* create(DFDLHeapAdapter* heap) { return DFDLHeapAdapter_new<DHCheckPoint>(heap); }
+
+void destroy(void* record) {
+    DFDLHeapAdapter_objectDeallocate(static_cast<DHCheckPoint*>(record)->heap, record);
+}
+
+constexpr PoolTraits TRAITS = {10, 100, create, destroy};
+
+ObjectPool* checkPoints(const Buffer* buffer) {
+    return DFDLPoolingFactory_pool(pools(buffer), POOL_DOC_HANDLER_CHECKPOINT, &TRAITS);
+}
+
+}  // namespace
+
+DocHandlerEventBuffer* new_DocHandlerEventBuffer(DFDLHeapAdapter* heap) {
+    auto* this_ = DFDLHeapAdapter_new<DocHandlerEventBuffer>(heap);
+    this_->events = new_ArrayListOfPointers(heap, EVENT_CAPACITY);
+    return this_;
+}
+
+void delete_DocHandlerEventBuffer(DocHandlerEventBuffer* this_) {
+    if (this_ == nullptr) return;
+    DocHandlerEventBuffer_discardEventsAfterIndex(this_, 0);
+    delete_ArrayList(this_->events);
+    DFDLHeapAdapter_objectDeallocate(this_->heap, this_);
+}
+
+void DocHandlerEventBuffer_chainTo(DocHandlerEventBuffer* this_, DocHandlerEventBuffer* next) {
+    this_->adapter = nullptr;
+    this_->chainedBuffer = next;
+    this_->holdLevel = 1;
+}
+
+int32_t DocHandlerEventBuffer_eventCount(const DocHandlerEventBuffer* this_) { return this_->events->count; }
+
+void DocHandlerEventBuffer_startDocument(DocHandlerEventBuffer* this_) {
+    DocHandlerAdapter_startDocument(adapterOf(this_));
+}
+
+void DocHandlerEventBuffer_deferStartElement(DocHandlerEventBuffer* this_, int32_t elementId,
+                                             const DFDLUString* name, int32_t namespaceId,
+                                             const DFDLUString* namespaceUri, const DFDLUString* designator,
+                                             int64_t startBit) {
+    CachedEvent event = eventOf(EVENT_START_ELEMENT, designator, startBit, 0);
+    event.elementId = elementId;
+    event.name = name;
+    event.namespaceId = namespaceId;
+    event.namespaceUri = namespaceUri;
+    enter(this_, event);
+}
+
+void DocHandlerEventBuffer_defer(DocHandlerEventBuffer* this_, CachedEventKind kind, DFDLValue* value,
+                                 int64_t position) {
+    CachedEvent event = eventOf(kind, nullptr, position, 0);
+    event.value = value;
+    enter(this_, event);
+}
+
+void DocHandlerEventBuffer_recoverableError(DocHandlerEventBuffer* this_, const ProcessingError* record) {
+    if (DocHandlerEventBuffer_isDirect(this_))
+        return DocHandlerAdapter_recoverableError(this_->adapter, record);
+    CachedEvent event = eventOf(EVENT_RECOVERABLE_ERROR, nullptr, 0, 0);
+    event.error = ProcessingError_clone(record, this_->heap);
+    enter(this_, event);
+}
+
+void DocHandlerEventBuffer_elementStart(DocHandlerEventBuffer* this_, int32_t elementId,
+                                        const DFDLUString* name, int32_t namespaceId,
+                                        const DFDLUString* namespaceUri, const DFDLUString* designator,
+                                        int64_t position, const char* encoding) {
+    CachedEvent event = eventOf(EVENT_ELEMENT_START, designator, position, 0);
+    event.elementId = elementId;
+    event.name = name;
+    event.namespaceId = namespaceId;
+    event.namespaceUri = namespaceUri;
+    // Only an event that goes straight on keeps its encoding.
+    if (DocHandlerEventBuffer_isDirect(this_)) return deliverToRegionHandler(this_->adapter, event, encoding);
+    enterRegion(this_, event);
+}
+
+void DocHandlerEventBuffer_elementEnd(DocHandlerEventBuffer* this_, const DFDLUString* designator,
+                                      int64_t position) {
+    enterRegion(this_, eventOf(EVENT_ELEMENT_END, designator, position, 0));
+}
+
+void DocHandlerEventBuffer_groupStart(DocHandlerEventBuffer* this_, const DFDLUString* designator,
+                                      int64_t position) {
+    enterRegion(this_, eventOf(EVENT_GROUP_START, designator, position, 0));
+}
+
+void DocHandlerEventBuffer_groupEnd(DocHandlerEventBuffer* this_, const DFDLUString* designator,
+                                    int64_t position) {
+    enterRegion(this_, eventOf(EVENT_GROUP_END, designator, position, 0));
+}
+
+void DocHandlerEventBuffer_parsedRegion(DocHandlerEventBuffer* this_, CachedEventKind kind,
+                                        const DFDLUString* designator, int64_t start, int64_t length) {
+    if (length != 0) enterRegion(this_, eventOf(kind, designator, start, length));
+}
+
+DHCheckPoint* DocHandlerEventBuffer_getCheckPoint(DocHandlerEventBuffer* this_) {
+    auto* checkPoint = static_cast<DHCheckPoint*>(ObjectPool_get(checkPoints(this_)));
+    checkPoint->buffer = this_;
+    checkPoint->eventCount = this_->events->count;
+    ++this_->holdLevel;
+    return checkPoint;
+}
+
+void DocHandlerEventBuffer_refreshCheckPoint(DocHandlerEventBuffer* this_, DHCheckPoint* old) {
+    ++this_->holdLevel;
+    ObjectPool_release(checkPoints(this_), old);
+}
+
+void DocHandlerEventBuffer_restoreToCheckPoint(DocHandlerEventBuffer* this_, const DHCheckPoint* checkPoint) {
+    DocHandlerEventBuffer_discardEventsAfterIndex(this_, checkPoint->eventCount);
+}
+
+void DocHandlerEventBuffer_releaseCheckPoint(DocHandlerEventBuffer* this_, DHCheckPoint* checkPoint) {
+    ObjectPool_release(checkPoints(this_), checkPoint);
+    if (this_->holdLevel > 0) --this_->holdLevel;
+    if (this_->holdLevel == 0) DocHandlerEventBuffer_flush(this_);
+}
+
+void DocHandlerEventBuffer_flush(DocHandlerEventBuffer* this_) {
+    this_->holdLevel = 0;
+    const ScopeExit empty([this_] { DocHandlerEventBuffer_discardEventsAfterIndex(this_, 0); });
+    for (int32_t index = 0; index < this_->events->count; ++index) pass(this_, eventAt(this_, index));
+}
+
+void DocHandlerEventBuffer_discardEventsAfterIndex(DocHandlerEventBuffer* this_, int32_t index) {
+    while (this_->events->count > index) {
+        CachedEventPooler_release(pools(this_), ArrayList_popPointer<CachedEvent>(this_->events));
+    }
+}
+
+void DocHandlerEventBuffer_discardEmptyComplexElement(DocHandlerEventBuffer* this_) {
+    const int32_t end = lastEndElement(this_);
+    if (end < 1) return;
+    int32_t start = startOfEmptyElement(this_, end);
+    if (start < 0) return;
+    if (start > 0 && eventAt(this_, start - 1)->kind == EVENT_ELEMENT_START) --start;
+    discardRange(this_, start, end + 1);
+}
