@@ -50,6 +50,8 @@ UCalendar* parse(const LexicalForm& form, const DFDLUString* text, const DFDLUSt
                  DFDLConstants* constants, bool keepFields) {
     const std::u16string_view chars = DFDLUString_view(text);
     const auto length = static_cast<int32_t>(chars.size());
+    // ICU would take a blank for the "T".
+    if (form.hasDate && form.hasTime && chars.find(u'T') == chars.npos) return nullptr;
     const bool hasZone = CalendarConverter_hasTimezone(text);
     const std::u16string_view assumed = zone == nullptr ? DFDLConstants::GMT : DFDLUString_view(zone);
     UErrorCode status = U_ZERO_ERROR;
