@@ -36,13 +36,17 @@ inline void* ArrayList_get(const ArrayList* this_, int32_t index) {
 }
 
 // For lists of pointers.
-inline void ArrayList_addPointer(ArrayList* this_, void* pointer) { ArrayList_add(this_, &pointer); }
+inline void** ArrayList_pointers(const ArrayList* this_) { return reinterpret_cast<void**>(this_->storage); }
+inline void ArrayList_addPointer(ArrayList* this_, void* pointer) {
+    if (this_->count == this_->capacity) return ArrayList_add(this_, &pointer);
+    ArrayList_pointers(this_)[this_->count++] = pointer;
+}
 inline void ArrayList_setPointer(ArrayList* this_, int32_t index, void* pointer) {
     ArrayList_set(this_, index, &pointer);
 }
 template <class T>
 T* ArrayList_getPointer(const ArrayList* this_, int32_t index) {
-    return static_cast<T*>(static_cast<void**>(ArrayList_get(this_, index))[0]);
+    return static_cast<T*>(ArrayList_pointers(this_)[index]);
 }
 template <class T>
 T* ArrayList_popPointer(ArrayList* this_) {  // the list must not be empty

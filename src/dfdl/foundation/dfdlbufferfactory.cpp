@@ -7,25 +7,18 @@ namespace {
 void setUp(DFDLBlockPool* pool, DFDLHeapAdapter* heap, uint32_t unitSize) {
     pool->heap = heap;
     pool->unitSize = unitSize;
-    pool->inUse.next = pool->inUse.previous = &pool->inUse;
-    pool->freeBlocks = &pool->inUse;
-}
-
-bool isIdle(const DFDLBlockPool& pool) { return pool.inUse.next == &pool.inUse; }
-
-// Frees the blocks from `first` up to the ring's fixed member, where both lists end.
-void freeChain(DFDLBlockPool* pool, DFDLBufferBlock* first) {
-    while (first != &pool->inUse) {
-        DFDLBufferBlock* next = first->next;
-        DFDLBlockPool_guard(pool, first, BUFFER_BLOCK_UNITS);
-        DFDLHeapAdapter_arrayDeallocate(pool->heap, first);
-        first = next;
-    }
+    pool->inUse = 0;
+    pool->freeBlocks = nullptr;
+    pool->newest = &pool->end;
 }
 
 void clear(DFDLBlockPool* pool) {
-    freeChain(pool, pool->freeBlocks);
-    freeChain(pool, pool->inUse.next);
+    while (pool->newest != &pool->end) {
+        DFDLBufferBlock* block = pool->newest;
+        pool->newest = block->older;
+        DFDLBlockPool_guard(pool, block, BUFFER_BLOCK_UNITS);
+        DFDLHeapAdapter_arrayDeallocate(pool->heap, block);
+    }
     setUp(pool, pool->heap, pool->unitSize);
 }
 
@@ -56,21 +49,21 @@ void DFDLBufferFactory_reset(DFDLBufferFactory* this_) {
 }
 
 bool DFDLBufferFactory_isIdle(const DFDLBufferFactory* this_) {
-    return this_ == nullptr || (isIdle(this_->bytes) && isIdle(this_->units));
+    return this_ == nullptr || (this_->bytes.inUse == 0 && this_->units.inUse == 0);
 }
 
 void* DFDLBlockPool_getNew(DFDLBlockPool* this_, int64_t units) {
     const auto wanted = static_cast<uint64_t>(units);
     if (wanted <= BUFFER_BLOCK_UNITS) {
         DFDLBufferBlock* block = allocate(this_, BUFFER_BLOCK_UNITS);
-        DFDLBlockPool_use(this_, block);
-        DFDLBlockPool_guard(this_, block, wanted);
-        return block + 1;
+        block->older = this_->newest;
+        this_->newest = block;
+        return DFDLBlockPool_use(this_, block, wanted);
     }
     // A negative size has become a huge one. It is cut to what the header cannot make wrap round and the heap
     // adapter still refuses.
     DFDLBufferBlock* block = allocate(this_, std::min<uint64_t>(wanted, PTRDIFF_MAX));
-    block->next = block->previous = nullptr;
+    block->older = nullptr;
     return block + 1;
 }
 

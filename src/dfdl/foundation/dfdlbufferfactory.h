@@ -3,6 +3,7 @@
 
 #include <unicode/utypes.h>
 
+#include <cassert>
 #include <cstdint>
 
 #include "dfdl/foundation/dfdlheapadapter.h"
@@ -20,18 +21,20 @@
 #include <sanitizer/asan_interface.h>
 #endif
 
-// Stands before a buffer. A recycled block is always in a list, so its link is never null.
+// Stands before a buffer.
 struct DFDLBufferBlock {
-    DFDLBufferBlock* next;  // null: a large block, which goes back to the heap
-    DFDLBufferBlock* previous;
+    DFDLBufferBlock* older;     // the small block made before this one; null: a large block
+    DFDLBufferBlock* nextFree;  // itself while it is in use
 };
 
 // Recycled blocks of one size of unit.
 struct DFDLBlockPool {
     DFDLHeapAdapter* heap;
     uint32_t unitSize;            // bytes
-    DFDLBufferBlock* freeBlocks;  // the one released last first, linked by `next`; ends at &inUse
-    DFDLBufferBlock inUse;        // the ring's fixed member
+    uint32_t inUse;               // small blocks given out
+    DFDLBufferBlock* freeBlocks;  // the one released last first
+    DFDLBufferBlock* newest;      // of all small blocks, linked by `older`, which ends at &end
+    DFDLBufferBlock end;
 };
 
 // Recycles short-lived blocks of bytes and of 16-bit units. Blocks of up to 256 units are kept and given out
@@ -67,32 +70,30 @@ inline void DFDLBlockPool_guard([[maybe_unused]] const DFDLBlockPool* this_,
 #endif
 }
 
-inline void DFDLBlockPool_use(DFDLBlockPool* this_, DFDLBufferBlock* block) {
-    block->previous = &this_->inUse;
-    block->next = this_->inUse.next;
-    block->next->previous = block;
-    this_->inUse.next = block;
+inline void* DFDLBlockPool_use(DFDLBlockPool* this_, DFDLBufferBlock* block, uint64_t units) {
+    block->nextFree = block;
+    ++this_->inUse;
+    DFDLBlockPool_guard(this_, block, units);
+    return block + 1;
 }
 
 inline void* DFDLBlockPool_get(DFDLBlockPool* this_, int64_t units) {
     DFDLBufferBlock* block = this_->freeBlocks;
-    if (static_cast<uint64_t>(units) > BUFFER_BLOCK_UNITS || block == &this_->inUse) {
+    if (static_cast<uint64_t>(units) > BUFFER_BLOCK_UNITS || block == nullptr) {
         return DFDLBlockPool_getNew(this_, units);
     }
-    this_->freeBlocks = block->next;
-    DFDLBlockPool_use(this_, block);
-    DFDLBlockPool_guard(this_, block, static_cast<uint64_t>(units));
-    return block + 1;
+    this_->freeBlocks = block->nextFree;
+    return DFDLBlockPool_use(this_, block, static_cast<uint64_t>(units));
 }
 
 inline void DFDLBlockPool_free(DFDLBlockPool* this_, void* buffer) {
     if (buffer == nullptr) return;
     DFDLBufferBlock* block = static_cast<DFDLBufferBlock*>(buffer) - 1;
-    if (block->next == nullptr) return DFDLBlockPool_freeLarge(this_, block);
-    block->previous->next = block->next;
-    block->next->previous = block->previous;
-    block->next = this_->freeBlocks;
+    if (block->older == nullptr) return DFDLBlockPool_freeLarge(this_, block);
+    assert(block->nextFree == block);  // else it is freed a second time
+    block->nextFree = this_->freeBlocks;
     this_->freeBlocks = block;
+    --this_->inUse;
     DFDLBlockPool_guard(this_, block, 0);
 }
 
