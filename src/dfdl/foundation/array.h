@@ -24,10 +24,14 @@ struct Array {
 
 Array* new_Array(DFDLHeapAdapter* heap, int32_t capacity, int32_t rowSize, ArrayRowCallback construct,
                  ArrayRowCallback destroy, ArrayRowCallback extra, void* contextWord = nullptr);
+// The head of an object of `objectSize` bytes that starts with an Array; the bytes behind it are zero.
+Array* new_DerivedArray(DFDLHeapAdapter* heap, size_t objectSize, int32_t capacity, int32_t rowSize,
+                        ArrayRowCallback construct, ArrayRowCallback destroy, ArrayRowCallback extra,
+                        void* contextWord = nullptr);
 void delete_Array(Array* this_);  // null is ignored
 void Array_ensureSize_private(Array* this_, int32_t newCapacity);
-void Array_reset(Array* this_);                               // count 0
-int32_t Array_indexOf(const Array* this_, const void* row);   // -1 if the address is no row of it
+void Array_reset(Array* this_);                              // count 0
+int32_t Array_indexOf(const Array* this_, const void* row);  // -1 if the address is no row of it
 
 inline void* Array_at(const Array* this_, int32_t index) {
     return this_->rows + static_cast<size_t>(index) * static_cast<size_t>(this_->rowSize);
