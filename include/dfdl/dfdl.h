@@ -205,6 +205,25 @@ DFDL_API void DFDLDocHandler_setElementNilValueCallback(DFDLDocHandler* handler,
 DFDL_API void DFDLDocHandler_setContextObject(DFDLDocHandler* handler, void* contextObject);
 DFDL_API void* DFDLDocHandler_getContextObject(const DFDLDocHandler* handler);
 
+/* ---- Calendars: dates and times as values ---------------------------------------------------------------- */
+
+/* With nothing set. One that a callback receives belongs to the library and is valid only during the call. */
+DFDL_API DFDLCalendar* new_DFDLCalendar(void);
+DFDL_API void delete_DFDLCalendar(DFDLCalendar* calendar);
+/* Months count from 0, hours from 0 to 23. There is no year 0: setting it sets -1, the year before 1. The type
+ * of a value tells whether it has a date, a time or both; what it does not have reads as 0. */
+DFDL_API void DfdlCalendar_getDate(const DFDLCalendar* calendar, int32_t* year, int32_t* month, int32_t* day);
+DFDL_API void DfdlCalendar_setDate(DFDLCalendar* calendar, int32_t year, int32_t month, int32_t day);
+DFDL_API void DfdlCalendar_getTime(const DFDLCalendar* calendar, int32_t* hour, int32_t* minute,
+                                   int32_t* second);
+DFDL_API void DfdlCalendar_setTime(DFDLCalendar* calendar, int32_t hour, int32_t minute, int32_t second);
+DFDL_API int32_t DfdlCalendar_getMicroSec(const DFDLCalendar* calendar); /* microseconds of the second */
+DFDL_API void DfdlCalendar_setMicroSec(DFDLCalendar* calendar, int32_t microSecond);
+DFDL_API int32_t DfdlCalendar_getTimeZoneOffset(const DFDLCalendar* calendar); /* minutes east of Greenwich */
+DFDL_API void DfdlCalendar_setTimeZoneOffset(DFDLCalendar* calendar, int32_t minutes);
+DFDL_API DFDLBoolean DfdlCalendar_hasTimeZone(const DFDLCalendar* calendar);
+DFDL_API DFDLBoolean DfdlCalendar_hasMicroSec(const DFDLCalendar* calendar);
+
 /* ---- Region handler: where every part of the representation lies --------------------------------------- */
 
 /* Positions and lengths in bytes; empty regions are not reported. `encoding` may be null. */
