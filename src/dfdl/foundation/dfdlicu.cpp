@@ -5,6 +5,7 @@
 #include <unicode/udata.h>
 #include <unicode/uloc.h>
 
+#include <climits>
 #include <cstdio>
 #include <cstring>
 
@@ -14,13 +15,33 @@ constexpr size_t LIBRARY_NAME_CAPACITY = 261;
 constexpr size_t LOCALE_CAPACITY = 6;  // language and country
 constexpr char ROOT[] = "root";
 
-// Registers the bundle's data. ICU keeps the pointer, and the first registration of a name stays, so the
-// library remains loaded for it; later ones count no further use.
-int32_t registerData(const char* bundle, const char* symbol) {
+// The file `name` in the folder that this code was loaded from.
+void* openBesideUs(const char* name) {
+    Dl_info self = {};
+    if (dladdr(ROOT, &self) == 0 || self.dli_fname == nullptr) return nullptr;
+    const char* slash = strrchr(self.dli_fname, '/');
+    if (slash == nullptr) return nullptr;
+    char path[PATH_MAX];
+    const int length = snprintf(path, sizeof path, "%.*s/%s", static_cast<int>(slash - self.dli_fname),
+                                self.dli_fname, name);
+    if (length < 0 || static_cast<size_t>(length) >= sizeof path) return nullptr;
+    return dlopen(path, RTLD_LAZY);
+}
+
+// By the loader's own search, which knows our folder from the run path; but not if that was stripped, nor if
+// a sanitizer calls the loader in our place.
+void* openLibrary(const char* bundle) {
     char name[LIBRARY_NAME_CAPACITY];
     const int length = snprintf(name, sizeof name, "lib%s.so", bundle);
-    if (length < 0 || static_cast<size_t>(length) >= sizeof name) return OPEN_RESOURCE_NO_LIBRARY;
+    if (length < 0 || static_cast<size_t>(length) >= sizeof name) return nullptr;
     void* library = dlopen(name, RTLD_LAZY);
+    return library == nullptr ? openBesideUs(name) : library;
+}
+
+// ICU keeps the pointer to the data, and the first registration of a name stays: the library remains loaded
+// for it. Later ones count no further use.
+int32_t registerData(const char* bundle, const char* symbol) {
+    void* library = openLibrary(bundle);
     if (library == nullptr) return OPEN_RESOURCE_NO_LIBRARY;
     UErrorCode status = U_ZERO_ERROR;
     const void* data = dlsym(library, symbol);
