@@ -231,6 +231,23 @@ TEST(Trace, errorsOnceAndFatalErrorsAlways) {
     EXPECT_EQ(listener.slots(), "userFatal fatal userFatal fatal ");
 }
 
+TEST(Trace, leavesNothingBehind) {
+    Listener listener;
+    const Owned<ProcessingError, delete_ProcessingError> record(new_ProcessingError(listener.adapter));
+    ProcessingError_setValues(record.get(), "", 0, DFDLParser_unknownData, ERROR_PROCESSING, SUBKIND_NONE,
+                              "%lld%02hX", int64_t{3}, 0x41);
+    const std::string large(2000, 'x');
+    const TraceSubject subject = {u"scd", u"path", true, 12, u"name"};
+    const auto say = [&] {
+        TraceHandlerAdapter_exitData(listener.trace, "m", "%s%d%s%q", large.c_str(), 1, "x");
+        TraceHandlerAdapter_userTraceInfo(listener.trace, subject, ut_DFDLParser_startElement, "%E", 1.0);
+        TraceHandlerAdapter_userTraceFatal(listener.trace, record.get());
+        return DFDLHeapAdapter_countBlocks(listener.adapter);
+    };
+    const size_t before = say();
+    EXPECT_EQ(say(), before);
+}
+
 TEST(Trace, timestampIsLocalTime) {
     TestAdapter engine;
     DFDLTraceImpl* trace = new_DFDLTraceImpl(engine.adapter);

@@ -478,6 +478,22 @@ TEST(EventBuffer, costsNoHeapOncePoolsAreFilled) {
     EXPECT_EQ(engine.heap.allocations, before);
 }
 
+TEST(EventBuffer, leavesNothingBehind) {
+    Engine engine;
+    engine.handlers->regionHandler = engine.log.regions;
+    const auto speculate = [&engine] {
+        DHCheckPoint* checkPoint = DocHandlerEventBuffer_getCheckPoint(engine.buffer);
+        engine.allKinds(engine.buffer);
+        DocHandlerEventBuffer_restoreToCheckPoint(engine.buffer, checkPoint);
+        engine.allKinds(engine.buffer);
+        DocHandlerEventBuffer_elementValue(engine.buffer, makeDecimal<SIMPLE_INTEGER>(engine.adapter));
+        DocHandlerEventBuffer_releaseCheckPoint(engine.buffer, checkPoint);
+        return DFDLHeapAdapter_countBlocks(engine.adapter);
+    };
+    const size_t before = speculate();
+    EXPECT_EQ(speculate(), before);
+}
+
 void raise(ProcessingError* record, int32_t kind) {
     ProcessingError_reset(record);
     ProcessingError_setValues(record, "", 0, "CTDP3059E", kind, SUBKIND_NONE, "%S", u"x");
