@@ -350,6 +350,29 @@ TEST_F(XSValue, toStringIsTheStringItselfOrNew) {
     }
 }
 
+// The kind would say something else in every one of these.
+TEST_F(XSValue, calendarsShowWhatIsPresent) {
+    struct Case {
+        CreateCalendar create;
+        bool hasDate;
+        bool hasTime;
+        std::u16string_view text;
+    };
+    for (const Case& one : {Case{TimeDV_createDFDLValue, true, true, u"2024-02-29T05:30:00+01:00"},
+                            Case{DateTimeDV_createDFDLValue, true, false, u"2024-02-29+01:00"},
+                            Case{DateDV_createDFDLValue, false, true, u"05:30:00+01:00"}}) {
+        const OwnedValue value = calendar(one.create, 5, 60);
+        DFDLCalendarImpl* record = DFDLValue_getCalendarValue(value.get());
+        record->hasDate = one.hasDate ? 1 : 0;
+        record->hasTime = one.hasTime ? 1 : 0;
+        const Owned<DFDLUString, delete_DFDLUString> got(DFDLValue_toString(value.get(), &status, heap));
+        EXPECT_EQ(DFDLUString_view(got.get()), one.text);
+    }
+    const OwnedValue none(DateDV_createDFDLValue(heap, nullptr, false, false));
+    const Owned<DFDLUString, delete_DFDLUString> got(DFDLValue_toString(none.get(), &status, heap));
+    EXPECT_EQ(DFDLUString_length(got.get()), 0);
+}
+
 TEST_F(XSValue, toIntegers) {
     struct Case {
         const char* what;
