@@ -20,8 +20,8 @@ struct Context {
     uint32_t serviceTraceOn;
     uint32_t userTraceOn;
     TraceHandlerAdapter* trace;
-    int32_t jumpState;         // -1 until an entry function has run; then how the last one was left: 0, or an
-                               // AllocationFailure's origin
+    int32_t jumpState;  // -1 until an entry function has run; then how the last one was left: 0, or an
+                        // AllocationFailure's origin
     uint32_t allocationFailures;  // seen by this engine
     UConverter* defaultConverter;
 };

@@ -65,16 +65,16 @@ void DFDLHeapAdapter_objectDeallocate(DFDLHeapAdapter* this_, void* object);
 // Zeroed. Sizes and counts are checked for overflow; one that overflows is an allocation failure.
 void* DFDLHeapAdapter_arrayAllocate(DFDLHeapAdapter* this_, size_t elementSize, size_t count);
 // New elements are zeroed. A null array is allocated. When it fails the array stays as it was.
-void* DFDLHeapAdapter_arrayReallocate(DFDLHeapAdapter* this_, void* array, size_t elementSize, size_t oldCount,
-                                      size_t newCount);
+void* DFDLHeapAdapter_arrayReallocate(DFDLHeapAdapter* this_, void* array, size_t elementSize,
+                                      size_t oldCount, size_t newCount);
 void DFDLHeapAdapter_arrayDeallocate(DFDLHeapAdapter* this_, void* array);
 void DFDLHeapAdapter_arrayClear(DFDLHeapAdapter* this_, void* array, size_t elementSize, size_t count);
 void DFDLHeapAdapter_arrayCopy(DFDLHeapAdapter* this_, const void* source, void* target, size_t elementSize,
                                size_t count);
 void* DFDLHeapAdapter_arrayDuplicate(DFDLHeapAdapter* this_, const void* source, size_t elementSize,
                                      size_t count);
-// A new, zeroed array for an old one, which is freed only once there is the new one: a caller whose memory has
-// run out still has what it had.
+// A new, zeroed array for an old one, which is freed only once there is the new one: a caller whose memory
+// has run out still has what it had.
 void* DFDLHeapAdapter_arrayReplace(DFDLHeapAdapter* this_, void* array, size_t elementSize, size_t count);
 // Not zeroed: for contents that are written at once. Goes back like an array.
 void* DFDLHeapAdapter_bufferAllocate(DFDLHeapAdapter* this_, size_t elementSize, size_t count);
