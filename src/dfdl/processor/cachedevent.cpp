@@ -27,7 +27,7 @@ void CachedEventPooler_release(DFDLPoolingFactory* factory, CachedEvent* event) 
     ObjectPool_release(DFDLPoolingFactory_pool(factory, POOL_CACHED_EVENT, &TRAITS), event);
 }
 
-void CachedEvent_clear(CachedEvent* this_, DFDLPoolingFactory* factory) {
+void CachedEvent_giveBack(CachedEvent* this_, DFDLPoolingFactory* factory) {
     DFDLPoolingFactory_releaseDFDLValue(factory, std::exchange(this_->value, nullptr));
     delete_ProcessingError(std::exchange(this_->error, nullptr));
 }

@@ -47,7 +47,10 @@ struct CachedEvent {
 };
 
 // Gives value and error back.
-void CachedEvent_clear(CachedEvent* this_, DFDLPoolingFactory* factory);
+void CachedEvent_giveBack(CachedEvent* this_, DFDLPoolingFactory* factory);
+inline void CachedEvent_clear(CachedEvent* this_, DFDLPoolingFactory* factory) {
+    if (this_->value != nullptr || this_->error != nullptr) CachedEvent_giveBack(this_, factory);
+}
 
 CachedEvent* CachedEventPooler_get(DFDLPoolingFactory* factory);
 // Value and error, if the event still has them, go with it.

@@ -27,33 +27,27 @@ DocHandlerAdapter* adapterOf(const Buffer* buffer) {
 
 bool holds(const Buffer* buffer) { return buffer->holdLevel > 0; }
 
-// A long point of uncertainty holds the whole message: the list doubles, so that it is not copied every few
-// events.
-void makeRoom(ArrayList* events) {
-    if (events->count < events->capacity) return;
-    if (events->capacity > INT32_MAX / 2) throw AllocationFailure{3};
-    ArrayList_ensureCapacity(events, 2 * events->capacity);
-}
+void giveBack(DFDLValue* value) { DFDLPoolingFactory_releaseDFDLValue(value->heap->poolingFactory, value); }
+using Value = Owned<DFDLValue, giveBack>;
+using Error = Owned<ProcessingError, delete_ProcessingError>;
 
-// The list takes over value and error.
-void hold(Buffer* buffer, CachedEvent* event) {
-    makeRoom(buffer->events);
-    CachedEvent* held = CachedEventPooler_get(pools(buffer));
-    event->heap = held->heap;
-    *held = *event;
-    event->value = nullptr;
-    event->error = nullptr;
-    ArrayList_addPointer(buffer->events, held);
-}
-
-// Made field by field, since most of them are empty in most events.
-CachedEvent eventOf(CachedEventKind kind, const DFDLUString* designator, int64_t first, int64_t second) {
-    CachedEvent event = {};
-    event.kind = kind;
-    event.designator = designator;
-    event.first = first;
-    event.second = second;
+// An empty event at the end of the list.
+CachedEvent* append(Buffer* buffer) {
+    CachedEvent* event = CachedEventPooler_get(pools(buffer));
+    ArrayList_addPointer(buffer->events, event);
     return event;
+}
+
+CachedEvent eventOf(CachedEventKind kind, const DFDLUString* designator, int64_t first, int64_t second) {
+    return {nullptr, 0, nullptr, 0, nullptr, designator, nullptr, nullptr, kind, first, second};
+}
+
+// For the start of an element, in the document or in the representation.
+CachedEvent namedEventOf(CachedEventKind kind, int32_t elementId, const DFDLUString* name,
+                         int32_t namespaceId, const DFDLUString* namespaceUri, const DFDLUString* designator,
+                         int64_t first) {
+    return {nullptr, elementId, name, namespaceId, namespaceUri, designator, nullptr, nullptr,
+            kind,    first,     0};
 }
 
 void deliverRegion(DocHandlerAdapter* adapter, const CachedEvent& event) {
@@ -120,7 +114,12 @@ void pass(Buffer* buffer, CachedEvent* event);
 // What a proxy gives on, the next buffer holds or delivers as its own level says.
 void handOn(Buffer* next, CachedEvent* event) {
     if (event->kind == EVENT_START_ELEMENT) event->elementId = event->namespaceId = 0;
-    holds(next) ? hold(next, event) : pass(next, event);
+    if (!holds(next)) return pass(next, event);
+    CachedEvent* held = append(next);
+    event->heap = held->heap;
+    *held = *event;
+    event->value = nullptr;
+    event->error = nullptr;
 }
 
 // One event out of a buffer that need not hold it any more.
@@ -132,17 +131,27 @@ void pass(Buffer* buffer, CachedEvent* event) {
     }
 }
 
-// A new event on its way in. What nobody has taken over when memory runs out goes back from here.
-void enter(Buffer* buffer, CachedEvent event) {
+// A new event on its way in. `make` gives it, and with it value and error; so a held one is written straight
+// to its place, once there is one.
+template <class Make>
+void enter(Buffer* buffer, const Make& make) {
+    if (holds(buffer)) {
+        CachedEvent* held = append(buffer);
+        DFDLHeapAdapter* heap = held->heap;
+        *held = make();
+        held->heap = heap;
+        return;
+    }
+    CachedEvent event = make();
     const ScopeExit clear([buffer, &event] { CachedEvent_clear(&event, pools(buffer)); });
-    holds(buffer) ? hold(buffer, &event) : pass(buffer, &event);
+    pass(buffer, &event);
 }
 
 // Region events are not even held where nobody wants them: they would count as content of an element that has
 // none.
 void enterRegion(Buffer* buffer, const CachedEvent& event) {
     const DocHandlerAdapter* adapter = adapterOf(buffer);
-    if (adapter != nullptr && adapter->regionHandler != nullptr) enter(buffer, event);
+    if (adapter != nullptr && adapter->regionHandler != nullptr) enter(buffer, [&event] { return event; });
 }
 
 void discardRange(Buffer* buffer, int32_t first, int32_t end) {
@@ -219,38 +228,36 @@ void DocHandlerEventBuffer_deferStartElement(DocHandlerEventBuffer* this_, int32
                                              const DFDLUString* name, int32_t namespaceId,
                                              const DFDLUString* namespaceUri, const DFDLUString* designator,
                                              int64_t startBit) {
-    CachedEvent event = eventOf(EVENT_START_ELEMENT, designator, startBit, 0);
-    event.elementId = elementId;
-    event.name = name;
-    event.namespaceId = namespaceId;
-    event.namespaceUri = namespaceUri;
-    enter(this_, event);
+    enter(this_, [=] {
+        return namedEventOf(EVENT_START_ELEMENT, elementId, name, namespaceId, namespaceUri, designator,
+                            startBit);
+    });
 }
 
 void DocHandlerEventBuffer_defer(DocHandlerEventBuffer* this_, CachedEventKind kind, DFDLValue* value,
                                  int64_t position) {
-    CachedEvent event = eventOf(kind, nullptr, position, 0);
-    event.value = value;
-    enter(this_, event);
+    Value owned(value);
+    enter(this_, [&owned, kind, position]() -> CachedEvent {
+        return {nullptr, 0, nullptr, 0, nullptr, nullptr, owned.release(), nullptr, kind, position, 0};
+    });
 }
 
 void DocHandlerEventBuffer_recoverableError(DocHandlerEventBuffer* this_, const ProcessingError* record) {
     if (DocHandlerEventBuffer_isDirect(this_))
         return DocHandlerAdapter_recoverableError(this_->adapter, record);
-    CachedEvent event = eventOf(EVENT_RECOVERABLE_ERROR, nullptr, 0, 0);
-    event.error = ProcessingError_clone(record, this_->heap);
-    enter(this_, event);
+    Error owned(ProcessingError_clone(record, this_->heap));
+    enter(this_, [&owned]() -> CachedEvent {
+        return {nullptr, 0, nullptr, 0, nullptr, nullptr, nullptr, owned.release(), EVENT_RECOVERABLE_ERROR,
+                0,       0};
+    });
 }
 
 void DocHandlerEventBuffer_elementStart(DocHandlerEventBuffer* this_, int32_t elementId,
                                         const DFDLUString* name, int32_t namespaceId,
                                         const DFDLUString* namespaceUri, const DFDLUString* designator,
                                         int64_t position, const char* encoding) {
-    CachedEvent event = eventOf(EVENT_ELEMENT_START, designator, position, 0);
-    event.elementId = elementId;
-    event.name = name;
-    event.namespaceId = namespaceId;
-    event.namespaceUri = namespaceUri;
+    const CachedEvent event =
+        namedEventOf(EVENT_ELEMENT_START, elementId, name, namespaceId, namespaceUri, designator, position);
     // Only an event that goes straight on keeps its encoding.
     if (DocHandlerEventBuffer_isDirect(this_)) return deliverToRegionHandler(this_->adapter, event, encoding);
     enterRegion(this_, event);
