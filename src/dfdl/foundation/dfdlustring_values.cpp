@@ -122,7 +122,8 @@ DFDLUString* fromDigits(DFDLHeapAdapter* heap, const uint8_t* bytes, int64_t fir
     for (int32_t unit = 0; unit < units; ++unit) {
         const auto digit = static_cast<uint64_t>(first) + static_cast<uint64_t>(unit);
         const unsigned shift = 8 - bits * (1 + static_cast<unsigned>(digit % perByte));
-        chars[unit] = u"0123456789ABCDEF"[(bytes[digit / perByte] >> shift) & ((1U << bits) - 1)];
+        const unsigned byte = bytes[digit / perByte];
+        chars[unit] = u"0123456789ABCDEF"[(byte >> shift) & ((1U << bits) - 1)];
     }
     return DFDLUStringPooler_getDFDLUStringUseUChars(heap, chars, units);
 }
