@@ -200,6 +200,15 @@ TEST_F(DFDLUStringTest, lengthsThatAreNoneAreRefused) {
     EXPECT_THROW(DFDLUString_leftJustify(x.get(), INT32_MAX, pad.get(), heap), AllocationFailure);
 }
 
+TEST_F(DFDLUStringTest, copiesOfEveryShortLength) {
+    std::u16string whole;
+    for (char16_t unit = 0x100; unit < 0x128; ++unit) whole += unit;
+    for (size_t length = 0; length <= whole.size(); ++length) {
+        const std::u16string part = whole.substr(0, length);
+        EXPECT_EQ(taken(DFDLUStringPooler_getDFDLUStringFromView(heap, part)), part);
+    }
+}
+
 TEST_F(DFDLUStringTest, poolServesWithoutTheHeap) {
     const std::u16string units(255, u'u');
     const auto once = [&] { return DFDLUStringPooler_getDFDLUStringFromView(heap, units); };

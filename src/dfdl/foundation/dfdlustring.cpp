@@ -52,7 +52,10 @@ DFDLUString* new_DFDLUStringUseUChars(DFDLHeapAdapter* heap, const UChar* chars,
 
 void delete_DFDLUString(DFDLUString* this_) {
     if (this_ == nullptr) return;
-    if (this_->pooled != 0) return DFDLPoolingFactory_releaseDFDLUString(this_->heap->poolingFactory, this_);
+    // As the pooling factory does it, without the way through it: this runs for each element of a parse.
+    if (this_->pooled != 0 && this_->heap->poolingFactory->destructing == 0) {
+        return DFDLUStringPooler_releaseDFDLUString(this_);
+    }
     DFDLUStringUnits_free(this_);
     DFDLHeapAdapter_objectDeallocate(this_->heap, this_);
 }

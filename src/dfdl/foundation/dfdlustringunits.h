@@ -22,9 +22,31 @@ inline UChar* DFDLUStringUnits_new(DFDLHeapAdapter* heap, int32_t length) {
     return units;
 }
 
+// Two copies of `Count` units that may overlap.
+template <int32_t Count>
+void DFDLUStringUnits_copyEnds(UChar* target, const UChar* source, int32_t length) {
+    std::memcpy(target, source, Count * sizeof(UChar));
+    std::memcpy(target + length - Count, source + length - Count, Count * sizeof(UChar));
+}
+
+// Most texts are the content of short fields, where the call of a general copy would cost most of it.
+inline void DFDLUStringUnits_fill(UChar* target, const UChar* source, int32_t length) {
+    if (length > 16) {
+        std::memcpy(target, source, static_cast<size_t>(length) * sizeof(UChar));
+    } else if (length >= 8) {
+        DFDLUStringUnits_copyEnds<8>(target, source, length);
+    } else if (length >= 4) {
+        DFDLUStringUnits_copyEnds<4>(target, source, length);
+    } else if (length >= 2) {
+        DFDLUStringUnits_copyEnds<2>(target, source, length);
+    } else if (length == 1) {
+        *target = *source;
+    }
+}
+
 inline UChar* DFDLUStringUnits_copy(DFDLHeapAdapter* heap, const UChar* chars, int32_t length) {
     UChar* units = DFDLUStringUnits_new(heap, length);
-    if (length > 0) std::memcpy(units, chars, static_cast<size_t>(length) * sizeof(UChar));
+    DFDLUStringUnits_fill(units, chars, length);
     return units;
 }
 
