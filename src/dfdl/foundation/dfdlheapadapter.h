@@ -87,7 +87,7 @@ size_t DFDLHeapAdapter_countBlocks(const DFDLHeapAdapter* this_);
 
 template <class T>
 T* DFDLHeapAdapter_new(DFDLHeapAdapter* heap) {
-    static_assert(std::is_trivially_default_constructible_v<T> && std::is_standard_layout_v<T>);
+    static_assert(std::is_trivially_default_constructible_v<T> && std::is_trivially_copyable_v<T>);
     return static_cast<T*>(DFDLHeapAdapter_objectAllocate(heap, sizeof(T)));
 }
 

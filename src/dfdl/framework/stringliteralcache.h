@@ -13,10 +13,10 @@ struct ListValuedProperty;
 // sets. One per engine, which owns it and outlives nobody who holds one of its results.
 struct StringLiteralCache {
     DFDLHeapAdapter* heap;
-    DFDLStringHashMap* compiledSets;  // of CompiledMarkupSet
+    DFDLStringHashMap* compiledSets;  // of CompiledMarkupSet; null until the first
     DFDLStringHashMap* literals;      // of DFDLStringLiteral
     DFDLStringHashMap* lists;         // of ListValuedProperty
-    ArrayList* volatileSets;          // entries of compiledSets that hold for one document
+    ArrayList* volatileSets;          // keys of compiled sets that hold for one document
 };
 
 StringLiteralCache* new_StringLiteralCache(DFDLHeapAdapter* heap,

@@ -46,7 +46,8 @@ struct ElementTable {
 };
 
 ElementTable* new_ElementTable(DFDLHeapAdapter* heap, sPIF* pif);
-void delete_ElementTable(ElementTable* this_);  // null is ignored
+void delete_ElementTable(ElementTable* this_);     // null is ignored
+void ElementTable_indexRows(ElementTable* this_);  // before anything is found
 void ElementTable_finalizeTable(ElementTable* this_);
 ElementTableRow* ElementTable_findRow(const ElementTable* this_, int32_t elementId);  // -1: null
 // A global element of this name if there is one, else the first element of this name.

@@ -123,7 +123,8 @@ struct GroupMemberTable {
 };
 
 GroupMemberTable* new_GroupMemberTable(DFDLHeapAdapter* heap, sPIF* pif);
-void delete_GroupMemberTable(GroupMemberTable* this_);  // null is ignored
+void delete_GroupMemberTable(GroupMemberTable* this_);     // null is ignored
+void GroupMemberTable_indexRows(GroupMemberTable* this_);  // before anything is found
 void GroupMemberTable_finalizeTable(GroupMemberTable* this_);
 void GroupMemberTable_setFlags(GroupMemberTable* this_);
 void GroupMemberTable_identifySuppressableGroups(GroupMemberTable* this_);

@@ -43,7 +43,8 @@ struct GroupTable {
 };
 
 GroupTable* new_GroupTable(DFDLHeapAdapter* heap, sPIF* pif);
-void delete_GroupTable(GroupTable* this_);  // null is ignored
+void delete_GroupTable(GroupTable* this_);     // null is ignored
+void GroupTable_indexRows(GroupTable* this_);  // before anything is found
 void GroupTable_finalizeTable(GroupTable* this_);
 GroupTableRow* GroupTable_findRow(const GroupTable* this_, int32_t groupId);  // -1: null
 void GroupTable_optimiseChoiceResolution(GroupTable* this_);

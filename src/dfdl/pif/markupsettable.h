@@ -3,7 +3,6 @@
 
 #include "dfdl/pif/table.h"
 
-struct IntegerHashMap;
 struct RowIndex;
 struct TextMarkupTableRow;
 struct sPIF;
@@ -25,7 +24,7 @@ struct MarkupSetTable {
     DFDLHeapAdapter* heap;
     sPIF* pif;
     Array* rows;
-    IntegerHashMap* byParent;  // parent id to IntegerHashMap by terminating id, to row
+    RowIndex* byPair;  // parent id and terminating id
     RowIndex* byId;
 };
 

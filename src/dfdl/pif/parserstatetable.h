@@ -18,6 +18,5 @@ using ParserStateTable = Table<ParserStateTableRow>;
 
 ParserStateTable* new_ParserStateTable(DFDLHeapAdapter* heap, sPIF* pif);
 void delete_ParserStateTable(ParserStateTable* this_);  // null is ignored
-void ParserStateTable_finalizeTable(ParserStateTable* this_);
 
 #endif

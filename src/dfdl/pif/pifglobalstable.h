@@ -17,6 +17,5 @@ using PIFGlobalsTable = Table<PIFGlobalsTableRow>;
 
 PIFGlobalsTable* new_PIFGlobalsTable(DFDLHeapAdapter* heap, sPIF* pif);
 void delete_PIFGlobalsTable(PIFGlobalsTable* this_);  // null is ignored
-void PIFGlobalsTable_finalizeTable(PIFGlobalsTable* this_);
 
 #endif

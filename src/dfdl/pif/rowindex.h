@@ -9,7 +9,7 @@
 // be large or made to hurt. Filled while its table is being finalized and belongs to it.
 struct RowIndex {
     struct Entry {
-        int32_t key;
+        int64_t key;
         int32_t row;
     };
     DFDLHeapAdapter* heap;
@@ -20,16 +20,16 @@ struct RowIndex {
 
 RowIndex* new_RowIndex(DFDLHeapAdapter* heap, int32_t capacity);  // takes at most that many rows
 void delete_RowIndex(RowIndex* this_);                            // null is ignored
-void RowIndex_add(RowIndex* this_, int32_t key, int32_t row);
+void RowIndex_add(RowIndex* this_, int64_t key, int32_t row);
 void RowIndex_sort(RowIndex* this_);                        // once, between adding and finding
-int32_t RowIndex_find(const RowIndex* this_, int32_t key);  // -1 none; also of a null index
+int32_t RowIndex_find(const RowIndex* this_, int64_t key);  // -1 none; also of a null index
 
 // Over all rows of a table that `keyOf` takes; it answers by writing the key.
 template <class T, class KeyOf>
 RowIndex* RowIndex_ofTable(const T* table, KeyOf keyOf) {
     RowIndex* index = new_RowIndex(table->heap, table->rows->count);
     for (int32_t row = 0; row < table->rows->count; ++row) {
-        int32_t key = -1;
+        int64_t key = -1;
         if (keyOf(static_cast<const typename T::Row*>(Array_at(table->rows, row)), &key)) {
             RowIndex_add(index, key, row);
         }

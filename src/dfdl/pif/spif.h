@@ -36,9 +36,9 @@
 #include "dfdl/pif/variableactionstable.h"
 #include "dfdl/pif/variablestable.h"
 
+struct ArrayList;
 struct Context;
 struct DFDLConstants;
-struct DFDLUStringSet;
 struct PatternManager;
 
 // A loaded grammar. It is filled by one load, finished by PIF_finalizeTables, and from then on only read, by
@@ -81,7 +81,8 @@ struct sPIF {
     PatternManager* patternManager;
     DFDLConstants* constants;
     UConverter* utf8Converter;
-    DFDLUStringSet* names;  // of elements and their namespaces; an index in it is a name's id
+    ArrayList*
+        names;  // of elements' names and namespaces, each once, borrowed; an index in it is a name's id
 };
 
 sPIF* new_PIF(DFDLHeapAdapter* heap, Context* context);

@@ -26,6 +26,7 @@ using ValuesTable = Table<ValuesTableRow>;
 
 ValuesTable* new_ValuesTable(DFDLHeapAdapter* heap, sPIF* pif);
 void delete_ValuesTable(ValuesTable* this_);  // null is ignored
+void ValuesTable_loadRow(ValuesTable* this_, const ValuesTableRow& row);
 void ValuesTable_finalizeTable(ValuesTable* this_);
 // By row index; null outside the table.
 DFDLValue* ValuesTable_getDFDLValue(const ValuesTable* this_, int32_t rowIndex);

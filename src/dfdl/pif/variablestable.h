@@ -30,6 +30,7 @@ struct VariablesTable {
 
 VariablesTable* new_VariablesTable(DFDLHeapAdapter* heap, sPIF* pif);
 void delete_VariablesTable(VariablesTable* this_);                             // null is ignored
+void VariablesTable_indexRows(VariablesTable* this_);                          // before anything is found
 int32_t VariablesTable_findRowIndex(const VariablesTable* this_, int32_t id);  // by iID; -1 none
 // -1 none. Without a namespace only a variable without one is found.
 int32_t VariablesTable_getGlobalVariableIndex(const VariablesTable* this_, const DFDLUString* name,

@@ -1,0 +1,56 @@
+#ifndef DFDL_PARSERS_PARSERREGIONHANDLER_H
+#define DFDL_PARSERS_PARSERREGIONHANDLER_H
+
+#include <cstdint>
+
+#include "dfdl/foundation/dfdlheapadapter.h"
+
+struct BufferManager;
+struct CharsetManager;
+struct Context;
+struct ContextItemForParser;
+struct DFDLConstants;
+struct DFDLUString;
+struct DFDLValue;
+struct GroupMemberTableRow;
+struct PIFIteratorForParser;
+struct TraceHandlerAdapter;
+struct sPIF;
+
+// Carries out the regions of an element's representation: moves over alignment and skips, and turns extracted
+// text into a value. Which region comes next is the walk's decision, as is what a failure means. It keeps
+// nothing of an element. Belongs to its parser and lives as long.
+struct ParserRegionHandler {
+    DFDLHeapAdapter* heap;
+    Context* context;
+    DFDLConstants* constants;
+    CharsetManager* charsetManager;
+    BufferManager* bufferManager;
+    const sPIF* pif;
+    uint32_t validationEnabled;
+    PIFIteratorForParser* pifIterator;
+    TraceHandlerAdapter* trace;
+};
+
+ParserRegionHandler* new_ParserRegionHandler(DFDLHeapAdapter* heap, DFDLConstants* constants,
+                                             Context* context, BufferManager* bufferManager,
+                                             CharsetManager* charsetManager, TraceHandlerAdapter* trace);
+void delete_ParserRegionHandler(ParserRegionHandler* this_);
+void ParserRegionHandler_setPIF(ParserRegionHandler* this_, const sPIF* pif);
+inline bool ParserRegionHandler_isEnabledValidation(const ParserRegionHandler* this_) {
+    return this_->validationEnabled != 0;
+}
+
+// False if the data end first, with the error in the context.
+bool ParserRegionHandler_handleLeadingAlignment(ParserRegionHandler* this_, ContextItemForParser* item);
+bool ParserRegionHandler_handleTrailingAlignment(ParserRegionHandler* this_, ContextItemForParser* item);
+
+// Adopts the text. Null with an error.
+DFDLValue* ParserRegionHandler_handleSimpleContent_TextString(ParserRegionHandler* this_,
+                                                              const GroupMemberTableRow* row,
+                                                              DFDLUString* text);
+// False if the value cannot be judged, with the error in the context.
+bool ParserRegionHandler_validateFacets(ParserRegionHandler* this_, const DFDLValue* value,
+                                        const GroupMemberTableRow* row);
+
+#endif

@@ -1,0 +1,126 @@
+#ifndef DFDL_PIFITERATOR_PIFITERATORFORPARSER_H
+#define DFDL_PIFITERATOR_PIFITERATORFORPARSER_H
+
+#include <unicode/utypes.h>
+
+#include <cstdint>
+
+#include "dfdl/foundation/dfdlheapadapter.h"
+#include "dfdl/pifiterator/contextitemforparser.h"
+
+struct BufferManager;
+struct CharsetManager;
+struct Context;
+struct DFDLConstants;
+struct DFDLParserImpl;
+struct DFDLRegionHandlerImpl;
+struct DFDLUString;
+struct DFDLValue;
+struct DocHandlerEventBuffer;
+struct GroupMemberTableRow;
+struct ParserRegionHandler;
+struct TraceHandlerAdapter;
+struct VariableManager;
+struct sPIF;
+
+// Items that may be open at once. A grammar that refers to itself without consuming data would otherwise
+// nest until memory ends.
+inline constexpr int32_t MAX_STACK_DEPTH = 20000;
+
+// Walks the grammar over the data with a stack of context items, one per open element or group. Each item
+// works in steps; a step leaves no failure in the current error record unless the walk is over.
+// Belongs to its parser and lives as long.
+struct PIFIteratorForParser {
+    DFDLHeapAdapter* heap;
+    DFDLHeapAdapter* messageHeap;
+    Context* context;
+    const sPIF* pif;
+    DFDLConstants* constants;
+    DocHandlerEventBuffer* eventBuffer;  // where events go at present
+    ContextItemForParser* rootItem;
+    ContextItemForParser* currentItem;  // top of the stack; null when the walk is over
+    BufferManager* bufferManager;
+    ParserRegionHandler* parserRegionHandler;
+    VariableManager* variableManager;
+    DFDLValue* simpleValue;
+    DFDLRegionHandlerImpl* userRegionHandler;  // region events are made only if it is there
+    TraceHandlerAdapter* traceAdapter;
+    CharsetManager* charsetManager;
+    int32_t stackDepth;
+    int32_t hiddenDepth;  // open hidden groups
+    DFDLParserImpl* parser;
+    DFDLUString* extractedText;
+    DFDLUString* rootName;  // of the last root element that was set
+    DFDLUString* rootNamespace;
+    const GroupMemberTableRow* rootRow;
+    RowPlan* plans;  // by row index of the group members
+    uint32_t validationEnabled;
+};
+
+PIFIteratorForParser* new_PIFIteratorForParser(DFDLParserImpl* parser, DFDLConstants* constants);
+void delete_PIFIteratorForParser(PIFIteratorForParser* this_);
+void PIFIteratorForParser_setPIF(PIFIteratorForParser* this_, const sPIF* pif);  // null: none any more
+inline const sPIF* PIFIteratorForParser_getPIF(const PIFIteratorForParser* this_) { return this_->pif; }
+// Puts an item of the root element on the empty stack; false if the grammar has no such global element.
+bool PIFIteratorForParser_setRootElement(PIFIteratorForParser* this_, const DFDLUString* name,
+                                         const DFDLUString* namespaceUri);
+void PIFIteratorForParser_reset(PIFIteratorForParser* this_);
+
+// One step; true when the walk is over.
+bool PIFIteratorForParser_move(PIFIteratorForParser* this_);
+const GroupMemberTableRow* PIFIteratorForParser_getPosition(const PIFIteratorForParser* this_);
+const DFDLUString* PIFIteratorForParser_getXPath(PIFIteratorForParser* this_);  // null without a position
+
+// The stack.
+void PIFIteratorForParser_push(PIFIteratorForParser* this_, ContextItemForParser* item);
+void PIFIteratorForParser_pop(PIFIteratorForParser* this_);
+void PIFIteratorForParser_collapseStack(PIFIteratorForParser* this_);
+// Null with an error if no item can be made of the row.
+ContextItemForParser* PIFIteratorForParser_createContextItem(PIFIteratorForParser* this_,
+                                                             const GroupMemberTableRow* row);
+// Removes the scope that the item imposed, without consuming what is left of it.
+void PIFIteratorForParser_releaseBufferLimits(PIFIteratorForParser* this_, ContextItemForParser* item);
+
+// Elements.
+void PIFIteratorForParser_SimpleElement_open(PIFIteratorForParser* this_, ContextItemForParser* item);
+void PIFIteratorForParser_ComplexElement_open(PIFIteratorForParser* this_, ContextItemForParser* item);
+void PIFIteratorForParser_ComplexElement_close(PIFIteratorForParser* this_, ContextItemForParser* item);
+
+// Groups.
+void PIFIteratorForParser_group_open(PIFIteratorForParser* this_, ContextItemForParser* group);
+void PIFIteratorForParser_group_selectNextSequenceMember(PIFIteratorForParser* this_,
+                                                         ContextItemForParser* group);
+void PIFIteratorForParser_group_beforeGroupMember(PIFIteratorForParser* this_, ContextItemForParser* group);
+void PIFIteratorForParser_group_afterGroupMember(PIFIteratorForParser* this_, ContextItemForParser* group);
+void PIFIteratorForParser_group_close(PIFIteratorForParser* this_, ContextItemForParser* group);
+bool PIFIteratorForParser_endOfArray(PIFIteratorForParser* this_, ContextItemForParser* group);
+
+// Representation.
+bool PIFIteratorForParser_processSimpleElementRepresentation(PIFIteratorForParser* this_,
+                                                             ContextItemForParser* item);
+// 1 with *length; 0 with an error; -1 for a row without a length kind, with an error.
+int32_t PIFIteratorForParser_calculateElementLength(PIFIteratorForParser* this_,
+                                                    const GroupMemberTableRow* row,
+                                                    ContextItemForParser* item, int64_t* length);
+bool PIFIteratorForParser_ComplexElement_precalculateLength(PIFIteratorForParser* this_,
+                                                            ContextItemForParser* item);
+bool PIFIteratorForParser_STATE_SET_LENGTH_FROM_EXPLICIT_LENGTH(PIFIteratorForParser* this_,
+                                                                ContextItemForParser* group);
+// Leaves extractedText, the caller's to hand on or to release.
+bool PIFIteratorForParser_extractTextRepresentation(PIFIteratorForParser* this_, ContextItemForParser* item,
+                                                    int64_t length);
+bool PIFIteratorForParser_processZeroLengthSimpleContent(PIFIteratorForParser* this_,
+                                                         ContextItemForParser* item);
+bool PIFIteratorForParser_adjustSimpleElementValue(PIFIteratorForParser* this_, ContextItemForParser* item);
+bool PIFIteratorForParser_applyLeadingAlignment(PIFIteratorForParser* this_, ContextItemForParser* item);
+bool PIFIteratorForParser_applyTrailingAlignment(PIFIteratorForParser* this_, ContextItemForParser* item);
+void PIFIteratorForParser_releaseExtractedText(PIFIteratorForParser* this_);
+
+// Raises that the grammar asks for something that this parser cannot do.
+void PIFIteratorForParser_raiseUnsupported(PIFIteratorForParser* this_, const GroupMemberTableRow* row,
+                                           const char* what);
+// User trace with the item's position, name, designator and path. The caller has tested userTraceOn.
+void PIFIteratorForParser_userTrace(PIFIteratorForParser* this_, ContextItemForParser* item, const char* key,
+                                    const char* format, ...);
+
+#endif

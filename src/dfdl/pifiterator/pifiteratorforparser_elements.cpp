@@ -1,0 +1,136 @@
+#include "dfdl/buffer/buffermanager.h"
+#include "dfdl/converters/charsetmanager.h"
+#include "dfdl/converters/dfdlcharset.h"
+#include "dfdl/foundation/context.h"
+#include "dfdl/foundation/dfdlpoolingfactory.h"
+#include "dfdl/foundation/dfdlstring.h"
+#include "dfdl/foundation/processingerror.h"
+#include "dfdl/foundation/xsvalue.h"
+#include "dfdl/pif/elementtable.h"
+#include "dfdl/pif/groupmembertable.h"
+#include "dfdl/pif/grouptable.h"
+#include "dfdl/pif/textencodingtable.h"
+#include "dfdl/pifiterator/pifiteratorforparser.h"
+#include "dfdl/pifiterator/rowplan.h"
+#include "dfdl/processor/dochandlereventbuffer.h"
+
+namespace {
+
+bool failed(const PIFIteratorForParser* iterator) {
+    return ProcessingError_isSet(iterator->context->currentError);
+}
+
+void trace(PIFIteratorForParser* iterator, ContextItemForParser* item, const char* key) {
+    if (iterator->context->userTraceOn != 0) PIFIteratorForParser_userTrace(iterator, item, key, "");
+}
+
+void reportElementStart(PIFIteratorForParser* iterator, const GroupMemberTableRow* row) {
+    if (iterator->userRegionHandler == nullptr) return;
+    const ElementTableRow* element = row->elementRow;
+    const DFDLString* encoding = row->encodingRow == nullptr ? nullptr : row->encodingRow->encodingName;
+    DocHandlerEventBuffer_elementStart(iterator->eventBuffer, element->element_id, element->name,
+                                       element->namespaceId, element->namespace_, row->scdText,
+                                       BufferManager_bytePosition(iterator->bufferManager),
+                                       encoding == nullptr ? nullptr : encoding->chars);
+}
+
+void reportElementEnd(PIFIteratorForParser* iterator, const GroupMemberTableRow* row) {
+    if (iterator->userRegionHandler == nullptr) return;
+    DocHandlerEventBuffer_elementEnd(iterator->eventBuffer, row->scdText,
+                                     BufferManager_bytePosition(iterator->bufferManager));
+}
+
+void startElement(PIFIteratorForParser* iterator, const ContextItemForParser* item) {
+    const GroupMemberTableRow* row = item->row;
+    const ElementTableRow* element = row->elementRow;
+    DocHandlerEventBuffer_startElement(iterator->eventBuffer, element->element_id, element->name,
+                                       element->namespaceId, element->namespace_, row->scdText,
+                                       item->representationStart);
+}
+
+// Hands the value on, which belongs to the event from then on.
+void reportSimpleElementValue(PIFIteratorForParser* iterator, ContextItemForParser* item) {
+    item->representationEnd = BufferManager_bitPosition(iterator->bufferManager);
+    DFDLValue* value = item->value;
+    if (value != nullptr && iterator->hiddenDepth == 0) {
+        item->value = nullptr;
+        startElement(iterator, item);
+        if (DFDLValue_isNil(value)) {
+            DFDLPoolingFactory_releaseDFDLValue(iterator->heap->poolingFactory, value);
+            DocHandlerEventBuffer_elementNilValue(iterator->eventBuffer);
+        } else {
+            DocHandlerEventBuffer_elementValue(iterator->eventBuffer, value);
+        }
+        DocHandlerEventBuffer_endElement(iterator->eventBuffer, item->representationEnd);
+    }
+    reportElementEnd(iterator, item->row);
+    trace(iterator, item, ut_DFDLParser_endElement);
+}
+
+bool parseSimpleElement(PIFIteratorForParser* iterator, ContextItemForParser* item) {
+    const bool parsed = PIFIteratorForParser_processSimpleElementRepresentation(iterator, item) &&
+                        ((item->possibleContent & (CONTENT_NIL | CONTENT_EMPTY)) == 0 ||
+                         PIFIteratorForParser_adjustSimpleElementValue(iterator, item));
+    if (parsed) reportSimpleElementValue(iterator, item);
+    ContextItemForParser_close(item);
+    return parsed && !failed(iterator);
+}
+
+// The frame of the complex type's content: its group has one member, the model group. A type without a model
+// group has no content, and the element ends with its next step.
+void enterContent(PIFIteratorForParser* iterator, ContextItemForParser* item) {
+    const GroupMemberTableRow* model = item->row->elementRow->contentGroup->firstMember;
+    if (model == nullptr) return;
+    ContextItemForParser* content = PIFIteratorForParser_createContextItem(iterator, model);
+    if (content == nullptr) return;
+    ContextItemForParser_setOrderedChild(item, content);
+    iterator->currentItem = item;
+    PIFIteratorForParser_push(iterator, content);
+}
+
+// What the element imposed ends here; what is left of its length is skipped.
+bool endScope(PIFIteratorForParser* iterator, ContextItemForParser* item) {
+    if (item->imposedLength < 0) return true;
+    item->imposedLength = -1;
+    return BufferManager_removeScopedBufferLengthUnparser(iterator->bufferManager, item->row, true, 0);
+}
+
+}  // namespace
+
+void PIFIteratorForParser_SimpleElement_open(PIFIteratorForParser* this_, ContextItemForParser* item) {
+    ContextItem_incrementOccurrences(item);
+    trace(this_, item, ut_DFDLParser_startElement);
+    reportElementStart(this_, item->row);
+    item->representationStart = BufferManager_bitPosition(this_->bufferManager);
+    if (parseSimpleElement(this_, item)) PIFIteratorForParser_pop(this_);
+}
+
+void PIFIteratorForParser_ComplexElement_open(PIFIteratorForParser* this_, ContextItemForParser* item) {
+    ContextItem_incrementOccurrences(item);
+    trace(this_, item, ut_DFDLParser_startElement);
+    item->representationStart = BufferManager_bitPosition(this_->bufferManager);
+    item->representationEnd = item->representationStart;
+    reportElementStart(this_, item->row);
+    if (this_->hiddenDepth == 0) startElement(this_, item);
+    item->possibleContent &= ~static_cast<uint32_t>(CONTENT_NIL);
+    if (!PIFIteratorForParser_applyLeadingAlignment(this_, item)) return;
+    if (!PIFIteratorForParser_ComplexElement_precalculateLength(this_, item)) return;
+    enterContent(this_, item);
+}
+
+void PIFIteratorForParser_ComplexElement_close(PIFIteratorForParser* this_, ContextItemForParser* item) {
+    if (!endScope(this_, item) || !PIFIteratorForParser_applyTrailingAlignment(this_, item)) return;
+    item->representationEnd = BufferManager_bitPosition(this_->bufferManager);
+    if (this_->hiddenDepth == 0)
+        DocHandlerEventBuffer_endElement(this_->eventBuffer, item->representationEnd);
+    reportElementEnd(this_, item->row);
+    trace(this_, item, ut_DFDLParser_endElement);
+    ContextItemForParser_close(item);
+    ContextItemForParser_setOrderedChild(item, nullptr);
+    if (item->occurrences > item->effectiveMinOccurs && item->succeeded != 0 &&
+        item->representationEnd == item->representationStart) {
+        trace(this_, item, ut_DFDLParser_elementMissing_Optional);
+        DocHandlerEventBuffer_discardEmptyComplexElement(this_->eventBuffer);
+    }
+    PIFIteratorForParser_pop(this_);
+}

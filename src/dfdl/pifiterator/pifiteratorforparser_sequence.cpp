@@ -1,0 +1,125 @@
+#include "dfdl/buffer/buffermanager.h"
+#include "dfdl/foundation/context.h"
+#include "dfdl/foundation/processingerror.h"
+#include "dfdl/pif/groupmembertable.h"
+#include "dfdl/pif/grouptable.h"
+#include "dfdl/pif/occursschemetable.h"
+#include "dfdl/pifiterator/pifiteratorforparser.h"
+#include "dfdl/pifiterator/rowplan.h"
+#include "dfdl/processor/dochandlereventbuffer.h"
+
+namespace {
+
+bool failed(const PIFIteratorForParser* iterator) {
+    return ProcessingError_isSet(iterator->context->currentError);
+}
+
+bool isHidden(const ContextItemForParser* group) { return (group->row->flags & GM_HIDDEN) != 0; }
+
+// An occurrence beyond the required ones.
+bool isOptional(const ContextItemForParser* member) {
+    return member->occurrences >= member->effectiveMinOccurs;
+}
+
+void endGroup(ContextItemForParser* group) {
+    ContextItemForParser_setOrderedChild(group, nullptr);
+    group->state = STEP_CLOSE;
+}
+
+const GroupMemberTableRow* firstMember(const ContextItemForParser* group) {
+    const GroupTableRow* content = group->row->groupRow;
+    return content == nullptr ? nullptr : content->firstMember;
+}
+
+const GroupMemberTableRow* nextCandidate(PIFIteratorForParser* iterator, ContextItemForParser* group) {
+    if (group->selectedChild == nullptr) return firstMember(group);
+    if (!PIFIteratorForParser_endOfArray(iterator, group)) return group->selectedChild->row;
+    return group->functions->getNextSiblingToParse(group);
+}
+
+// Everything in the scope has been read. Loads what the input still has first, so that input in pieces and
+// input in one piece end at the same place.
+bool isScopeExhausted(PIFIteratorForParser* iterator) {
+    BufferManager_loadAhead(iterator->bufferManager);
+    return BufferManager_endOfScopedDataStream(iterator->bufferManager);
+}
+
+}  // namespace
+
+void PIFIteratorForParser_group_open(PIFIteratorForParser* this_, ContextItemForParser* group) {
+    ContextItem_incrementOccurrences(group);
+    if (this_->userRegionHandler != nullptr) {
+        DocHandlerEventBuffer_groupStart(this_->eventBuffer, group->row->scdText,
+                                         BufferManager_bytePosition(this_->bufferManager));
+    }
+    group->representationStart = BufferManager_bitPosition(this_->bufferManager);
+    group->possibleContent &= ~static_cast<uint32_t>(CONTENT_EMPTY | CONTENT_NIL);
+    if (isHidden(group)) ++this_->hiddenDepth;
+    if (!PIFIteratorForParser_applyLeadingAlignment(this_, group)) return;
+    if (group->plan->lengthKind == EXPLICIT) {
+        PIFIteratorForParser_STATE_SET_LENGTH_FROM_EXPLICIT_LENGTH(this_, group);
+    }
+}
+
+void PIFIteratorForParser_group_selectNextSequenceMember(PIFIteratorForParser* this_,
+                                                         ContextItemForParser* group) {
+    for (;;) {
+        const GroupMemberTableRow* candidate = nextCandidate(this_, group);
+        if (candidate == nullptr) {
+            endGroup(group);
+            return;
+        }
+        if (group->selectedChild != nullptr && candidate == group->selectedChild->row) {
+            ContextItemForParser_resetForOccurrence(group->selectedChild);
+            return;
+        }
+        ContextItemForParser* member = PIFIteratorForParser_createContextItem(this_, candidate);
+        if (member == nullptr) return;
+        ContextItemForParser_setOrderedChild(group, member);
+        if (member->effectiveMaxOccurs != 0) return;
+    }
+}
+
+bool PIFIteratorForParser_endOfArray(PIFIteratorForParser* this_, ContextItemForParser* group) {
+    static_cast<void>(this_);
+    const ContextItemForParser* member = group->selectedChild;
+    return member->occurrences >= member->effectiveMaxOccurs;
+}
+
+void PIFIteratorForParser_group_beforeGroupMember(PIFIteratorForParser* this_, ContextItemForParser* group) {
+    ContextItemForParser* member = group->selectedChild;
+    if ((member->row->flags & GM_TRAILING_OPTIONAL) != 0 && isOptional(member) && isScopeExhausted(this_)) {
+        endGroup(group);
+        return;
+    }
+    member->occurrenceStart = BufferManager_bitPosition(this_->bufferManager);
+}
+
+void PIFIteratorForParser_group_afterGroupMember(PIFIteratorForParser* this_, ContextItemForParser* group) {
+    if (group->selectedChild->succeeded == 0) {
+        if (group->retainedError != this_->context->activeError) {
+            ProcessingError_reset(this_->context->currentError);
+            Context_swapErrors(this_->context);
+        }
+        return;
+    }
+    group->afterMember = BufferManager_bitPosition(this_->bufferManager);
+}
+
+void PIFIteratorForParser_group_close(PIFIteratorForParser* this_, ContextItemForParser* group) {
+    if (group->imposedLength >= 0) {
+        group->imposedLength = -1;
+        if (!BufferManager_removeScopedBufferLengthUnparser(this_->bufferManager, group->row, true, 0))
+            return;
+    }
+    if (!PIFIteratorForParser_applyTrailingAlignment(this_, group)) return;
+    group->representationEnd = BufferManager_bitPosition(this_->bufferManager);
+    if (this_->userRegionHandler != nullptr) {
+        DocHandlerEventBuffer_groupEnd(this_->eventBuffer, group->row->scdText,
+                                       BufferManager_bytePosition(this_->bufferManager));
+    }
+    if (isHidden(group)) --this_->hiddenDepth;
+    ContextItemForParser_close(group);
+    ContextItemForParser_setOrderedChild(group, nullptr);
+    if (!failed(this_)) PIFIteratorForParser_pop(this_);
+}

@@ -1,0 +1,178 @@
+#include "dfdl/pifiterator/rowplan.h"
+
+#include <unicode/utf16.h>
+
+#include "dfdl/foundation/array.h"
+#include "dfdl/foundation/dfdlustring.h"
+#include "dfdl/pif/elementtable.h"
+#include "dfdl/pif/groupmembertable.h"
+#include "dfdl/pif/lengthschemetable.h"
+#include "dfdl/pif/nilschemetable.h"
+#include "dfdl/pif/occursschemetable.h"
+#include "dfdl/pif/spif.h"
+#include "dfdl/pif/textstringtable.h"
+#include "dfdl/pif/variableactionstable.h"
+#include "dfdl/pifiterator/contextitemforparser.h"
+
+namespace {
+
+bool isElement(const GroupMemberTableRow& row) { return row.elementRow != nullptr; }
+
+int32_t itemKind(const GroupMemberTableRow& row) {
+    if (isElement(row))
+        return row.elementRow->contentGroup != nullptr ? ITEM_COMPLEX_ELEMENT : ITEM_SIMPLE_ELEMENT;
+    switch (row.iPhysicalType) {
+        case GROUP_SEQUENCE:
+            return ITEM_SEQUENCE;
+        case GROUP_CHOICE:
+            return ITEM_CHOICE;
+        case GROUP_UNORDERED:
+            return ITEM_UNORDERED;
+        default:
+            return -1;
+    }
+}
+
+const char* unsupportedContent(int32_t physicalType) {
+    switch (physicalType) {
+        case TEXT_STRING:
+            return nullptr;
+        case TEXT_NUMBER:
+            return "a text number";
+        case BINARY_NUMBER:
+            return "a binary number";
+        case TEXT_CALENDAR:
+            return "a text calendar";
+        case BINARY_CALENDAR:
+            return "a binary calendar";
+        case TEXT_BOOLEAN:
+            return "a text boolean";
+        case BINARY_BOOLEAN:
+            return "a binary boolean";
+        case BINARY_OPAQUE:
+            return "opaque binary data";
+        default:
+            return "a simple element without a physical type";
+    }
+}
+
+const char* unsupportedKind(const GroupMemberTableRow& row) {
+    switch (itemKind(row)) {
+        case ITEM_SIMPLE_ELEMENT:
+            if ((row.flags & GM_TEXT) == 0) return "a string in binary representation";
+            return unsupportedContent(row.iPhysicalType);
+        case ITEM_CHOICE:
+            return "a choice";
+        case ITEM_UNORDERED:
+            return "an unordered group";
+        case -1:
+            return "a group that is neither a sequence nor a choice";
+        default:
+            return nullptr;
+    }
+}
+
+const char* unsupportedLength(const GroupMemberTableRow& row) {
+    if (row.lengthRow == nullptr) return nullptr;
+    if (row.lengthRow->iLengthKind == EXPLICIT && row.lengthRow->iLengthExprIndex != -1) {
+        return "a length that comes from an expression";
+    }
+    switch (row.lengthRow->iLengthKind) {
+        case PREFIXED:
+            return "a prefixed length";
+        case DELIMITED:
+            return isElement(row) && row.elementRow->contentGroup == nullptr ? "a delimited length" : nullptr;
+        case PATTERN:
+            return "a length given by a pattern";
+        case END_OF_PARENT:
+            return isElement(row) && row.elementRow->contentGroup == nullptr
+                       ? "a length up to the end of the parent"
+                       : nullptr;
+        default:
+            return nullptr;
+    }
+}
+
+const char* unsupportedDelimiters(const GroupMemberTableRow& row) {
+    if ((row.flags & GM_INITIATOR) != 0) return "an initiator";
+    if ((row.flags & GM_TERMINATOR) != 0) return "a terminator";
+    if ((row.flags & GM_SEPARATOR) != 0) return "a separator";
+    if ((row.flags & GM_ESCAPE_SCHEME) != 0 && isElement(row) && row.elementRow->contentGroup == nullptr) {
+        return "an escape scheme";
+    }
+    return nullptr;
+}
+
+const char* unsupportedOccurrences(const GroupMemberTableRow& row) {
+    if ((row.flags & GM_OCCURS_EXPRESSION) != 0)
+        return "a number of occurrences that comes from an expression";
+    if (row.effectiveMaxOccurs < 0) return "an unbounded number of occurrences";
+    if (row.effectiveMinOccurs < row.effectiveMaxOccurs) return "an optional occurrence";
+    return nullptr;
+}
+
+const char* unsupportedExtras(const GroupMemberTableRow& row) {
+    if ((row.flags & GM_INPUT_VALUE_CALC) != 0) return "a calculated value";
+    if (row.nilRow != nullptr && row.nilRow->iNilKind != NK_NONE) return "a nil value";
+    if (row.firstAssert != nullptr) return "an assert or discriminator";
+    if (row.firstVariableAction != nullptr) return "a variable action";
+    return nullptr;
+}
+
+// The first thing of the member that this parser cannot do.
+const char* findUnsupported(const GroupMemberTableRow& row) {
+    constexpr const char* (*CHECKS[])(const GroupMemberTableRow&) = {
+        unsupportedKind, unsupportedOccurrences, unsupportedLength, unsupportedDelimiters, unsupportedExtras};
+    for (const auto check : CHECKS) {
+        if (const char* what = check(row); what != nullptr) return what;
+    }
+    return nullptr;
+}
+
+void planLength(RowPlan* plan, const GroupMemberTableRow& row) {
+    plan->lengthKind = UNDEFINED_LKIND;
+    if (row.lengthRow == nullptr) return;
+    plan->lengthKind = row.lengthRow->iLengthKind;
+    plan->units = row.lengthRow->iLengthUnits;
+    plan->length = row.lengthRow->iLength;
+}
+
+void planTrim(RowPlan* plan, const GroupMemberTableRow& row) {
+    const TextStringTableRow* text = row.textStringRow;
+    if ((row.flags & GM_TRIM) == 0 || text == nullptr) return;
+    const int32_t justification = text->iTextJustification;
+    plan->trimLeading = justification == RIGHT || justification == CENTER;
+    plan->trimTrailing = justification == LEFT || justification == CENTER;
+    if (text->padIsByte) {
+        plan->trim = TRIM_BYTE;
+        plan->padByte = static_cast<uint8_t>(text->padByte);
+    } else if (DFDLUString_length(text->padString) > 0) {
+        plan->trim = TRIM_CHARACTER;
+        plan->padCharacter[0] = text->padString->chars[0];
+        if (U16_IS_LEAD(plan->padCharacter[0])) plan->padCharacter[1] = text->padString->chars[1];
+    }
+}
+
+RowPlan planRow(const GroupMemberTableRow& row) {
+    RowPlan plan{};
+    plan.kind = itemKind(row);
+    plan.unsupported = findUnsupported(row);
+    plan.encodingIndex = row.iTextEncodingIndex;
+    plan.needsAlignment = (row.flags & GM_LEADING_ALIGNMENT) != 0;
+    planLength(&plan, row);
+    planTrim(&plan, row);
+    return plan;
+}
+
+}  // namespace
+
+RowPlan* new_RowPlans(DFDLHeapAdapter* heap, const sPIF* pif) {
+    const Array* rows = pif->groupMemberTable->rows;
+    auto* plans = DFDLHeapAdapter_newArray<RowPlan>(heap, static_cast<size_t>(rows->count) + 1);
+    for (int32_t i = 0; i < rows->count; ++i) plans[i] = planRow(*Array_row<GroupMemberTableRow>(rows, i));
+    return plans;
+}
+
+void delete_RowPlans(DFDLHeapAdapter* heap, RowPlan* plans) {
+    if (plans != nullptr) DFDLHeapAdapter_arrayDeallocate(heap, plans);
+}

@@ -1,0 +1,35 @@
+#ifndef DFDL_PIFITERATOR_ROWPLAN_H
+#define DFDL_PIFITERATOR_ROWPLAN_H
+
+#include <unicode/utypes.h>
+
+#include <cstdint>
+
+struct DFDLHeapAdapter;
+struct GroupMemberTableRow;
+struct sPIF;
+
+// How the text of an element is trimmed.
+enum TrimKind : uint8_t { TRIM_NONE, TRIM_CHARACTER, TRIM_BYTE };
+
+// What the walk has to know of a member at each occurrence, worked out once per parser and grammar, so that
+// the hot loop looks at a few adjacent words instead of half a dozen property rows.
+struct RowPlan {
+    const char* unsupported;  // what of the member this parser cannot do; null: all well
+    int64_t length;           // constant length in `units`
+    int32_t units;            // MLengthUnitsEnum
+    int32_t encodingIndex;
+    int32_t lengthKind;
+    uint8_t needsAlignment;  // an alignment row that has something to do
+    TrimKind trim;
+    uint8_t trimLeading;
+    uint8_t trimTrailing;
+    uint8_t padByte;
+    UChar padCharacter[2];  // the second unit is 0 unless it is a pair
+    int32_t kind;           // ContextItemKind; -1: no item can be made of the row
+};
+
+RowPlan* new_RowPlans(DFDLHeapAdapter* heap, const sPIF* pif);  // one per group member row
+void delete_RowPlans(DFDLHeapAdapter* heap, RowPlan* plans);
+
+#endif

@@ -1,0 +1,150 @@
+// What the parser asks of its caller's allocator: nothing in steady state, and to survive its refusals.
+#include <dfdl/dfdl.h>
+#include <gtest/gtest.h>
+
+#include <cstdlib>
+#include <string>
+
+#include "support/grammarbuilder.h"
+
+namespace {
+
+constexpr int32_t ANY_COUNT = 1000000;
+
+// An allocator that counts, and that refuses one call.
+struct Allocator {
+    int64_t calls = 0;    // to malloc, calloc and realloc
+    int64_t refuse = -1;  // number of the call that gets nothing; -1 none
+    int64_t live = 0;     // blocks
+
+    bool refusesNow() { return calls++ == refuse; }
+};
+
+void* countedMalloc(void* self, size_t size) {
+    auto* allocator = static_cast<Allocator*>(self);
+    if (allocator->refusesNow()) return nullptr;
+    ++allocator->live;
+    return std::malloc(size);
+}
+void* countedCalloc(void* self, size_t count, size_t size) {
+    auto* allocator = static_cast<Allocator*>(self);
+    if (allocator->refusesNow()) return nullptr;
+    ++allocator->live;
+    return std::calloc(count, size);
+}
+void* countedRealloc(void* self, void* pointer, size_t size) {
+    auto* allocator = static_cast<Allocator*>(self);
+    if (allocator->refusesNow()) return nullptr;
+    if (pointer == nullptr) ++allocator->live;
+    return std::realloc(pointer, size);
+}
+void countedFree(void* self, void* pointer) {
+    if (pointer != nullptr) --static_cast<Allocator*>(self)->live;
+    std::free(pointer);
+}
+
+DFDLHeap* heapOf(Allocator* allocator) {
+    return new_DFDLHeap(allocator, countedMalloc, countedCalloc, countedRealloc, countedFree);
+}
+
+// A file of records with texts in three encodings, short and long, aligned and trimmed.
+DFDLGrammar* recordsGrammar(DFDLHeap* heap, int32_t count) {
+    GrammarBuilder builder;
+    auto record = builder.complexElement("file").complexElement("record").occurs(count, count).occursFixed();
+    record.text("id").bytes(8).encoding("US-ASCII").trimRight("%SP;");
+    record.text("name").characters(10).encoding("UTF-8");
+    record.text("note").bytes(200).encoding("ISO-8859-1").trimRight("%SP;").align(2);
+    return builder.load(heap);
+}
+
+std::string recordsData(int32_t count) {
+    std::string data;
+    for (int32_t i = 0; i < count; ++i) {
+        std::string id = std::to_string(i);
+        id.resize(8, ' ');
+        data += id + "N\xC3\xA4mchen 1";
+        if (data.size() % 2 != 0) data.push_back('?');
+        std::string note = "note " + std::to_string(i);
+        note.resize(200, ' ');
+        data += note;
+    }
+    return data;
+}
+
+struct Run {
+    int parsed;
+    int result;
+    int64_t fields;
+};
+
+void countField(DFDLDocHandler* handler, const DFDLChar*, int32_t, uint32_t) {
+    ++*static_cast<int64_t*>(DFDLDocHandler_getContextObject(handler));
+}
+
+Run parse(DFDLParser* parser, DFDLGrammar* grammar, const std::string& data) {
+    Run run{0, -1, 0};
+    DFDLDocHandler* handler = new_DFDLDocHandler();
+    DFDLDocHandler_setContextObject(handler, &run.fields);
+    DFDLDocHandler_setElementStringValueCallback(handler, countField);
+    const bool ready = DFDLParser_setGrammar(parser, grammar) == 0 &&
+                       DFDLParser_setRootElement(parser, u"file", nullptr) == 0 &&
+                       DFDLParser_setDocumentHandler(parser, handler) == 0 &&
+                       DFDLParser_setInputDocument(parser, reinterpret_cast<const uint8_t*>(data.data()),
+                                                   static_cast<DFDLWORD>(data.size())) == 0;
+    if (ready) run.parsed = DFDLParser_parseAll(parser, &run.result);
+    DFDLParser_resetParser(parser);
+    DFDLParser_setDocumentHandler(parser, nullptr);
+    delete_DFDLDocHandler(handler);
+    return run;
+}
+
+int64_t callsToParse(int32_t count) {
+    Allocator allocator;
+    DFDLHeap* heap = heapOf(&allocator);
+    DFDLGrammar* grammar = recordsGrammar(nullptr, count);
+    DFDLParser* parser = new_DFDLParser(heap);
+    const std::string data = recordsData(count);
+    DFDLParser_setMessageHeap(parser, heap);
+    const Run run = parse(parser, grammar, data);
+    EXPECT_EQ(1, run.parsed);
+    EXPECT_EQ(3 * count, run.fields);
+    delete_DFDLParser(parser);
+    delete_DFDLGrammar(grammar);
+    delete_DFDLHeap(heap);
+    EXPECT_EQ(0, allocator.live);
+    return allocator.calls;
+}
+
+TEST(ParserMemory, AsksForNothingMoreForMoreRecords) { EXPECT_EQ(callsToParse(100), callsToParse(10000)); }
+
+// Loads and parses with the given call refused. Returns whether a call was refused at all.
+bool parseWithRefusal(int64_t refused, const std::string& data) {
+    Allocator allocator;
+    allocator.refuse = refused;
+    DFDLHeap* heap = heapOf(&allocator);
+    DFDLGrammar* grammar = recordsGrammar(heap, 3);
+    DFDLParser* parser = grammar == nullptr ? nullptr : new_DFDLParser(heap);
+    if (parser != nullptr) {
+        const Run first = parse(parser, grammar, data);
+        const bool wasRefused = allocator.calls > refused;
+        EXPECT_EQ(wasRefused && first.parsed == 0, first.parsed == 0) << "call " << refused;
+        const Run second = parse(parser, grammar, data);
+        EXPECT_EQ(1, second.parsed) << "after call " << refused << " was refused";
+        EXPECT_EQ(9, second.fields) << refused;
+    }
+    delete_DFDLParser(parser);
+    delete_DFDLGrammar(grammar);
+    delete_DFDLHeap(heap);
+    EXPECT_EQ(0, allocator.live) << "blocks are left after call " << refused << " was refused";
+    return allocator.calls > refused;
+}
+
+TEST(ParserMemory, SurvivesTheRefusalOfAnyAllocation) {
+    const std::string data = recordsData(3);
+    int64_t refused = 0;
+    while (refused < ANY_COUNT && parseWithRefusal(refused, data)) ++refused;
+    EXPECT_GT(refused, 100) << "the sweep has met the allocations of load and parse";
+    EXPECT_LT(refused, ANY_COUNT);
+}
+
+}  // namespace

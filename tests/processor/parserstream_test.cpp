@@ -1,0 +1,156 @@
+// Input that comes in pieces, without end in sight, and a grammar that several threads read at once.
+#include <dfdl/dfdl.h>
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <cstdlib>
+#include <string>
+#include <thread>
+#include <vector>
+
+#include "support/grammarbuilder.h"
+
+namespace {
+
+constexpr int64_t PIECE = 64;
+
+// Gives out the same record again and again, cut into pieces, and counts what the library has not given back.
+struct Source {
+    std::string record;
+    int64_t records;
+    int64_t given = 0;  // bytes
+    int64_t held = 0;   // buffers
+    int64_t mostHeld = 0;
+};
+
+void nextPiece(DFDLBufferHandler* handler, DFDLByteBuffer* buffer) {
+    auto* source = static_cast<Source*>(DFDLBufferHandler_getContextObject(handler));
+    const auto size = static_cast<int64_t>(source->record.size());
+    const int64_t left = size * source->records - source->given;
+    const int64_t at = source->given % size;
+    const int64_t count = std::min({PIECE, size - at, left});
+    DFDLByteBuffer_setData(buffer, reinterpret_cast<const uint8_t*>(source->record.data()) + at, count,
+                           count == left);
+    source->given += count;
+    source->mostHeld = std::max(source->mostHeld, ++source->held);
+}
+
+void pieceBack(DFDLBufferHandler* handler, DFDLByteBuffer*) {
+    --static_cast<Source*>(DFDLBufferHandler_getContextObject(handler))->held;
+}
+
+struct LiveBytes {
+    int64_t now = 0;
+    int64_t most = 0;
+    int64_t calls = 0;
+};
+
+constexpr size_t HEADER = 16;
+
+void* sizedBlock(LiveBytes* live, void* block, size_t size) {
+    *static_cast<size_t*>(block) = size;
+    live->now += static_cast<int64_t>(size);
+    live->most = std::max(live->most, live->now);
+    ++live->calls;
+    return static_cast<char*>(block) + HEADER;
+}
+size_t forget(LiveBytes* live, void* pointer) {
+    const size_t size = *reinterpret_cast<size_t*>(static_cast<char*>(pointer) - HEADER);
+    live->now -= static_cast<int64_t>(size);
+    return size;
+}
+void* liveMalloc(void* live, size_t size) {
+    return sizedBlock(static_cast<LiveBytes*>(live), std::malloc(size + HEADER), size);
+}
+void* liveCalloc(void* live, size_t count, size_t size) {
+    return sizedBlock(static_cast<LiveBytes*>(live), std::calloc(1, count * size + HEADER), count * size);
+}
+void liveFree(void* live, void* pointer) {
+    if (pointer == nullptr) return;
+    forget(static_cast<LiveBytes*>(live), pointer);
+    std::free(static_cast<char*>(pointer) - HEADER);
+}
+void* liveRealloc(void* live, void* pointer, size_t size) {
+    if (pointer == nullptr) return liveMalloc(live, size);
+    forget(static_cast<LiveBytes*>(live), pointer);
+    return sizedBlock(static_cast<LiveBytes*>(live),
+                      std::realloc(static_cast<char*>(pointer) - HEADER, size + HEADER), size);
+}
+
+DFDLGrammar* streamGrammar(int32_t records) {
+    GrammarBuilder builder;
+    auto record =
+        builder.complexElement("file").complexElement("record").occurs(records, records).occursFixed();
+    record.text("a").bytes(40).encoding("US-ASCII").trimRight("%SP;");
+    record.text("b").characters(50).encoding("UTF-8");
+    return builder.load();
+}
+
+LiveBytes stream(int32_t records) {
+    LiveBytes live;
+    Source source{std::string(40, 'a'), records};
+    for (int i = 0; i < 25; ++i) source.record += "\xC3\xA9z";
+    DFDLHeap* heap = new_DFDLHeap(&live, liveMalloc, liveCalloc, liveRealloc, liveFree);
+    DFDLGrammar* grammar = streamGrammar(records);
+    DFDLBufferHandler* input = new_DFDLBufferHandler();
+    DFDLBufferHandler_setContextObject(input, &source);
+    DFDLBufferHandler_setGetNextBufferHandlerCallback(input, nextPiece);
+    DFDLBufferHandler_setReleaseBufferHandlerCallback(input, pieceBack);
+    DFDLParser* parser = new_DFDLParser(heap);
+    DFDLParser_setGrammar(parser, grammar);
+    DFDLParser_setRootElement(parser, u"file", nullptr);
+    DFDLParser_setMessageHeap(parser, heap);
+    DFDLParser_setBufferHandler(parser, input);
+    EXPECT_EQ(1, DFDLParser_parseAll(parser, nullptr));
+    EXPECT_EQ(0, source.held) << "every buffer has come back";
+    EXPECT_LE(source.mostHeld, 4);
+    delete_DFDLParser(parser);
+    delete_DFDLBufferHandler(input);
+    delete_DFDLGrammar(grammar);
+    delete_DFDLHeap(heap);
+    EXPECT_EQ(0, live.now);
+    return live;
+}
+
+TEST(ParserStream, KeepsItsMemoryHoweverLongTheInput) {
+    const LiveBytes few = stream(100);
+    const LiveBytes many = stream(20000);
+    EXPECT_EQ(few.most, many.most);
+    EXPECT_EQ(few.calls, many.calls);
+}
+
+void countUnits(DFDLDocHandler* handler, const DFDLChar*, int32_t length, uint32_t) {
+    *static_cast<int64_t*>(DFDLDocHandler_getContextObject(handler)) += length;
+}
+
+void parseOften(DFDLGrammar* grammar, const std::string& data, int64_t* units) {
+    DFDLParser* parser = new_DFDLParser(nullptr);
+    DFDLDocHandler* handler = new_DFDLDocHandler();
+    DFDLDocHandler_setContextObject(handler, units);
+    DFDLDocHandler_setElementStringValueCallback(handler, countUnits);
+    DFDLParser_setGrammar(parser, grammar);
+    DFDLParser_setDocumentHandler(parser, handler);
+    DFDLParser_setRootElement(parser, u"file", nullptr);
+    for (int i = 0; i < 20; ++i) {
+        DFDLParser_setInputDocument(parser, reinterpret_cast<const uint8_t*>(data.data()),
+                                    static_cast<DFDLWORD>(data.size()));
+        DFDLParser_parseAll(parser, nullptr);
+    }
+    delete_DFDLParser(parser);
+    delete_DFDLDocHandler(handler);
+}
+
+TEST(ParserStream, SharesAGrammarBetweenThreads) {
+    constexpr int32_t RECORDS = 50;
+    DFDLGrammar* grammar = streamGrammar(RECORDS);
+    std::string data;
+    for (int32_t i = 0; i < RECORDS; ++i) data += std::string(90, 'x');
+    std::vector<int64_t> units(4);
+    std::vector<std::thread> threads;
+    for (int64_t& count : units) threads.emplace_back([&] { parseOften(grammar, data, &count); });
+    for (std::thread& thread : threads) thread.join();
+    for (const int64_t count : units) EXPECT_EQ(20 * RECORDS * 90, count);
+    delete_DFDLGrammar(grammar);
+}
+
+}  // namespace
