@@ -16,7 +16,7 @@ struct StringLiteralCache {
     DFDLStringHashMap* compiledSets;  // of CompiledMarkupSet; null until the first
     DFDLStringHashMap* literals;      // of DFDLStringLiteral
     DFDLStringHashMap* lists;         // of ListValuedProperty
-    ArrayList* volatileSets;          // keys of compiled sets that hold for one document
+    ArrayList* volatileSets;          // entries of compiledSets that hold for one document
 };
 
 StringLiteralCache* new_StringLiteralCache(DFDLHeapAdapter* heap,

@@ -21,8 +21,10 @@ struct RowIndex {
 RowIndex* new_RowIndex(DFDLHeapAdapter* heap, int32_t capacity);  // takes at most that many rows
 void delete_RowIndex(RowIndex* this_);                            // null is ignored
 void RowIndex_add(RowIndex* this_, int64_t key, int32_t row);
-void RowIndex_sort(RowIndex* this_);                        // once, between adding and finding
-int32_t RowIndex_find(const RowIndex* this_, int64_t key);  // -1 none; also of a null index
+void RowIndex_sort(RowIndex* this_);  // once, between adding and finding
+// The first or the last row with a key; -1 none, also of a null index.
+int32_t RowIndex_find(const RowIndex* this_, int64_t key);
+int32_t RowIndex_findLast(const RowIndex* this_, int64_t key);
 
 // Over all rows of a table that `keyOf` takes; it answers by writing the key.
 template <class T, class KeyOf>
