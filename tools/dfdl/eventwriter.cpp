@@ -4,6 +4,7 @@
 #include <string_view>
 #include <type_traits>
 
+#include "doccallbacks.h"
 #include "text.h"
 
 namespace {
@@ -102,44 +103,12 @@ EventWriter* of(const DFDLErrorHandler* handler) {
 
 // ---- document -------------------------------------------------------------------------------------------
 
-void startDocument(DFDLDocHandler* handler, const char*, const DFDLChar*, int32_t) {
-    of(handler)->bytes = -1;
-    Line(of(handler), "startDocument");
-}
-
-void endDocument(DFDLDocHandler* handler, DFDLWORD bytes) {
-    of(handler)->bytes = bytes;
-    Line(of(handler), "endDocument").add("bytes", bytes);
-}
-
-void startElement(DFDLDocHandler* handler, int32_t id, const DFDLChar* name, int32_t namespaceId,
-                  const DFDLChar* namespaceUri, const DFDLChar* designator, DFDLWORD start) {
-    Line(of(handler), "startElement")
-        .add("name", name)
-        .add("namespace", namespaceUri)
-        .add("id", id)
-        .add("namespaceId", namespaceId)
-        .add("scd", designator)
-        .add("start", start);
-}
-
-void endElement(DFDLDocHandler* handler, DFDLWORD end) { Line(of(handler), "endElement").add("end", end); }
-
-void nilValue(DFDLDocHandler* handler) { Line(of(handler), "nil"); }
-
-// ---- values ---------------------------------------------------------------------------------------------
-
 // A line that ends with the member "value", for the caller to write.
 struct ValueLine : Line {
     ValueLine(DFDLDocHandler* handler, std::string_view call, uint32_t type) : Line(of(handler), "value") {
         quoted("call", call).add("type", static_cast<int64_t>(type)).name("value");
     }
 };
-
-void stringValue(DFDLDocHandler* handler, const DFDLChar* characters, int32_t length, uint32_t type) {
-    const ValueLine line(handler, "elementStringValue", type);
-    appendJsonString(line.text, viewOf(characters, length));
-}
 
 template <class Number>
 void appendJsonNumber(std::string& out, Number value) {
@@ -154,77 +123,107 @@ void appendJsonNumber(std::string& out, Number value) {
     }
 }
 
-// The callback of one kind of number; `Call` gives its name in the events.
-template <class Call, class Number>
-void numberValue(DFDLDocHandler* handler, Number value, uint32_t type) {
-    const ValueLine line(handler, Call::name, type);
-    appendJsonNumber(line.text, value);
-}
+// The callback that a kind of number arrives by.
+template <class Number>
+constexpr std::string_view CALL;
+template <>
+constexpr std::string_view CALL<int32_t> = "elementIntValue";
+template <>
+constexpr std::string_view CALL<int64_t> = "elementLongValue";
+template <>
+constexpr std::string_view CALL<int16_t> = "elementShortValue";
+template <>
+constexpr std::string_view CALL<int8_t> = "elementByteValue";
+template <>
+constexpr std::string_view CALL<uint32_t> = "elementUIntValue";
+template <>
+constexpr std::string_view CALL<uint64_t> = "elementULongValue";
+template <>
+constexpr std::string_view CALL<uint16_t> = "elementUShortValue";
+template <>
+constexpr std::string_view CALL<uint8_t> = "elementUByteValue";
+template <>
+constexpr std::string_view CALL<float> = "elementFloatValue";
+template <>
+constexpr std::string_view CALL<double> = "elementDoubleValue";
 
-struct IntCall {
-    static constexpr std::string_view name = "elementIntValue";
-};
-struct LongCall {
-    static constexpr std::string_view name = "elementLongValue";
-};
-struct ShortCall {
-    static constexpr std::string_view name = "elementShortValue";
-};
-struct ByteCall {
-    static constexpr std::string_view name = "elementByteValue";
-};
-struct UIntCall {
-    static constexpr std::string_view name = "elementUIntValue";
-};
-struct ULongCall {
-    static constexpr std::string_view name = "elementULongValue";
-};
-struct UShortCall {
-    static constexpr std::string_view name = "elementUShortValue";
-};
-struct UByteCall {
-    static constexpr std::string_view name = "elementUByteValue";
-};
-struct FloatCall {
-    static constexpr std::string_view name = "elementFloatValue";
-};
-struct DoubleCall {
-    static constexpr std::string_view name = "elementDoubleValue";
-};
-
-void decimalValue(DFDLDocHandler* handler, const char* digits, int32_t length, uint32_t type) {
-    const ValueLine line(handler, "elementDecimalValue", type);
-    line.text += '"';
-    if (length > 0) line.text.append(digits, static_cast<size_t>(length));
-    line.text += '"';
-}
-
-void booleanValue(DFDLDocHandler* handler, DFDLBoolean value, uint32_t type) {
-    const ValueLine line(handler, "elementBooleanValue", type);
-    line.text += value != 0 ? "true" : "false";
-}
-
-void binaryValue(DFDLDocHandler* handler, const uint8_t* bytes, DFDLWORD length, uint32_t type) {
-    const ValueLine line(handler, "elementBinaryValue", type);
-    line.text += '"';
-    if (length > 0) appendHex(line.text, bytes, static_cast<size_t>(length));
-    line.text += '"';
-}
-
-void calendarValue(DFDLDocHandler* handler, const DFDLCalendar* calendar, uint32_t type) {
-    int32_t year = 0, month = 0, day = 0, hour = 0, minute = 0, second = 0;
-    DfdlCalendar_getDate(calendar, &year, &month, &day);
-    DfdlCalendar_getTime(calendar, &hour, &minute, &second);
-    ValueLine line(handler, "elementCalendarValue", type);
-    line.text += "{\"year\":";
-    appendNumber(line.text, int64_t{year});
-    line.add("month", month).add("day", day).add("hour", hour).add("minute", minute).add("second", second);
-    if (DfdlCalendar_hasMicroSec(calendar)) line.add("microSecond", DfdlCalendar_getMicroSec(calendar));
-    if (DfdlCalendar_hasTimeZone(calendar)) {
-        line.add("timeZoneOffset", DfdlCalendar_getTimeZoneOffset(calendar));
+struct Callbacks {
+    static void startDocument(DFDLDocHandler* handler, const char*, const DFDLChar*, int32_t) {
+        of(handler)->bytes = -1;
+        Line(of(handler), "startDocument");
     }
-    line.text += '}';
-}
+
+    static void endDocument(DFDLDocHandler* handler, DFDLWORD bytes) {
+        of(handler)->bytes = bytes;
+        Line(of(handler), "endDocument").add("bytes", bytes);
+    }
+
+    static void startElement(DFDLDocHandler* handler, int32_t id, const DFDLChar* name, int32_t namespaceId,
+                             const DFDLChar* namespaceUri, const DFDLChar* designator, DFDLWORD start) {
+        Line(of(handler), "startElement")
+            .add("name", name)
+            .add("namespace", namespaceUri)
+            .add("id", id)
+            .add("namespaceId", namespaceId)
+            .add("scd", designator)
+            .add("start", start);
+    }
+
+    static void endElement(DFDLDocHandler* handler, DFDLWORD end) {
+        Line(of(handler), "endElement").add("end", end);
+    }
+
+    static void nil(DFDLDocHandler* handler) { Line(of(handler), "nil"); }
+
+    static void string(DFDLDocHandler* handler, const DFDLChar* characters, int32_t length, uint32_t type) {
+        const ValueLine line(handler, "elementStringValue", type);
+        appendJsonString(line.text, viewOf(characters, length));
+    }
+
+    template <class Number>
+    static void number(DFDLDocHandler* handler, Number value, uint32_t type) {
+        const ValueLine line(handler, CALL<Number>, type);
+        appendJsonNumber(line.text, value);
+    }
+
+    static void decimal(DFDLDocHandler* handler, const char* digits, int32_t length, uint32_t type) {
+        const ValueLine line(handler, "elementDecimalValue", type);
+        line.text += '"';
+        if (length > 0) line.text.append(digits, static_cast<size_t>(length));
+        line.text += '"';
+    }
+
+    static void boolean(DFDLDocHandler* handler, DFDLBoolean value, uint32_t type) {
+        const ValueLine line(handler, "elementBooleanValue", type);
+        line.text += value != 0 ? "true" : "false";
+    }
+
+    static void binary(DFDLDocHandler* handler, const uint8_t* bytes, DFDLWORD length, uint32_t type) {
+        const ValueLine line(handler, "elementBinaryValue", type);
+        line.text += '"';
+        if (length > 0) appendHex(line.text, bytes, static_cast<size_t>(length));
+        line.text += '"';
+    }
+
+    static void calendar(DFDLDocHandler* handler, const DFDLCalendar* calendar, uint32_t type) {
+        int32_t year = 0, month = 0, day = 0, hour = 0, minute = 0, second = 0;
+        DfdlCalendar_getDate(calendar, &year, &month, &day);
+        DfdlCalendar_getTime(calendar, &hour, &minute, &second);
+        ValueLine line(handler, "elementCalendarValue", type);
+        line.text += "{\"year\":";
+        appendNumber(line.text, int64_t{year});
+        line.add("month", month)
+            .add("day", day)
+            .add("hour", hour)
+            .add("minute", minute)
+            .add("second", second);
+        if (DfdlCalendar_hasMicroSec(calendar)) line.add("microSecond", DfdlCalendar_getMicroSec(calendar));
+        if (DfdlCalendar_hasTimeZone(calendar)) {
+            line.add("timeZoneOffset", DfdlCalendar_getTimeZoneOffset(calendar));
+        }
+        line.text += '}';
+    }
+};
 
 // ---- regions --------------------------------------------------------------------------------------------
 
@@ -286,26 +285,7 @@ DFDLDocHandler* makeDocHandler(EventWriter* writer) {
     DFDLDocHandler* h = new_DFDLDocHandler();
     if (h == nullptr) return nullptr;
     DFDLDocHandler_setContextObject(h, writer);
-    DFDLDocHandler_setStartDocumentCallback(h, startDocument);
-    DFDLDocHandler_setEndDocumentCallback(h, endDocument);
-    DFDLDocHandler_setStartElementCallback(h, startElement);
-    DFDLDocHandler_setEndElementCallback(h, endElement);
-    DFDLDocHandler_setElementNilValueCallback(h, nilValue);
-    DFDLDocHandler_setElementStringValueCallback(h, stringValue);
-    DFDLDocHandler_setElementIntValueCallback(h, numberValue<IntCall, int32_t>);
-    DFDLDocHandler_setElementLongValueCallback(h, numberValue<LongCall, int64_t>);
-    DFDLDocHandler_setElementShortValueCallback(h, numberValue<ShortCall, int16_t>);
-    DFDLDocHandler_setElementByteValueCallback(h, numberValue<ByteCall, int8_t>);
-    DFDLDocHandler_setElementUIntValueCallback(h, numberValue<UIntCall, uint32_t>);
-    DFDLDocHandler_setElementULongValueCallback(h, numberValue<ULongCall, uint64_t>);
-    DFDLDocHandler_setElementUShortValueCallback(h, numberValue<UShortCall, uint16_t>);
-    DFDLDocHandler_setElementUByteValueCallback(h, numberValue<UByteCall, uint8_t>);
-    DFDLDocHandler_setElementFloatValueCallback(h, numberValue<FloatCall, float>);
-    DFDLDocHandler_setElementDoubleValueCallback(h, numberValue<DoubleCall, double>);
-    DFDLDocHandler_setElementDecimalValueCallback(h, decimalValue);
-    DFDLDocHandler_setElementBooleanValueCallback(h, booleanValue);
-    DFDLDocHandler_setElementBinaryValueCallback(h, binaryValue);
-    DFDLDocHandler_setElementCalendarValueCallback(h, calendarValue);
+    setDocCallbacks<Callbacks>(h);
     return h;
 }
 

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <string_view>
 
+#include "doccallbacks.h"
 #include "text.h"
 
 namespace {
@@ -90,68 +91,6 @@ size_t scopeOf(XmlWriter* writer, std::u16string_view uri, bool& isNew) {
     return index;
 }
 
-void startDocument(DFDLDocHandler* handler, const char*, const DFDLChar*, int32_t) {
-    XmlWriter* writer = of(handler);
-    writer->bytes = -1;
-    writer->open.clear();
-    writer->names.clear();
-    writer->namespaces.clear();
-    writer->tagOpen = writer->hasValue = false;
-    writer->out->text += "<?xml version=\"1.0\" encoding=\"UTF-8\"?>";
-}
-
-void endDocument(DFDLDocHandler* handler, DFDLWORD bytes) {
-    of(handler)->bytes = bytes;
-    newLine(of(handler), 0);
-}
-
-void startElement(DFDLDocHandler* handler, int32_t, const DFDLChar* name, int32_t,
-                  const DFDLChar* namespaceUri, const DFDLChar*, DFDLWORD) {
-    XmlWriter* writer = of(handler);
-    std::string& out = writer->out->text;
-    if (writer->tagOpen) out += '>';
-    newLine(writer, writer->open.size());
-    const XmlWriter::Open element{writer->names.size(), writer->namespaces.size()};
-    const std::u16string_view uri = viewOf(namespaceUri);
-    bool declares = false;
-    if (!uri.empty()) {
-        appendPrefix(writer->names, scopeOf(writer, uri, declares));
-        writer->names += ':';
-    }
-    appendXmlName(writer->names, viewOf(name));
-    writer->open.push_back(element);
-    out += '<';
-    out.append(writer->names, element.name);
-    if (declares) {
-        out += " xmlns:";
-        appendPrefix(out, element.namespaces);
-        out += "=\"";
-        appendXmlText(out, uri);
-        out += '"';
-    }
-    writer->tagOpen = true;
-    writer->hasValue = false;
-}
-
-void endElement(DFDLDocHandler* handler, DFDLWORD) {
-    XmlWriter* writer = of(handler);
-    if (writer->open.empty()) return;
-    std::string& out = writer->out->text;
-    const XmlWriter::Open element = writer->open.back();
-    writer->open.pop_back();
-    if (writer->tagOpen) {
-        out += "/>";
-    } else {
-        if (!writer->hasValue) newLine(writer, writer->open.size());
-        out += "</";
-        out.append(writer->names, element.name);
-        out += '>';
-    }
-    writer->names.resize(element.name);
-    writer->namespaces.resize(element.namespaces);
-    writer->tagOpen = writer->hasValue = false;
-}
-
 // Where the text of a value goes.
 std::string& valueText(DFDLDocHandler* handler) {
     XmlWriter* writer = of(handler);
@@ -159,37 +98,6 @@ std::string& valueText(DFDLDocHandler* handler) {
     writer->tagOpen = false;
     writer->hasValue = true;
     return writer->out->text;
-}
-
-void nilValue(DFDLDocHandler* handler) {
-    of(handler)->out->text += " xsi:nil=\"true\" xmlns:xsi=\"http://www.w3.org/2001/XMLSchema-instance\"";
-}
-
-void stringValue(DFDLDocHandler* handler, const DFDLChar* characters, int32_t length, uint32_t) {
-    if (length > 0) appendXmlText(valueText(handler), viewOf(characters, length));
-}
-
-void decimalValue(DFDLDocHandler* handler, const char* digits, int32_t length, uint32_t) {
-    if (length > 0) valueText(handler).append(digits, static_cast<size_t>(length));
-}
-
-void booleanValue(DFDLDocHandler* handler, DFDLBoolean value, uint32_t) {
-    valueText(handler) += value != 0 ? "true" : "false";
-}
-
-void binaryValue(DFDLDocHandler* handler, const uint8_t* bytes, DFDLWORD length, uint32_t) {
-    if (length > 0) appendHex(valueText(handler), bytes, static_cast<size_t>(length));
-}
-
-template <class Number>
-void numberValue(DFDLDocHandler* handler, Number value, uint32_t) {
-    if constexpr (std::is_floating_point_v<Number>) {
-        appendNumber(valueText(handler), value);
-    } else if constexpr (std::is_signed_v<Number>) {
-        appendNumber(valueText(handler), int64_t{value});
-    } else {
-        appendNumber(valueText(handler), uint64_t{value});
-    }
 }
 
 // `value` in at least `digits` digits; `value` is not negative.
@@ -234,36 +142,108 @@ void appendZone(std::string& out, const DFDLCalendar* calendar) {
     appendPadded(out, size % 60, 2);
 }
 
-void calendarValue(DFDLDocHandler* handler, const DFDLCalendar* calendar, uint32_t type) {
-    std::string& out = valueText(handler);
-    if (type != DFDL_VALUE_TIME) appendDate(out, calendar);
-    if (type == DFDL_VALUE_DATETIME) out += 'T';
-    if (type != DFDL_VALUE_DATE) appendTime(out, calendar);
-    appendZone(out, calendar);
-}
+struct Callbacks {
+    static void startDocument(DFDLDocHandler* handler, const char*, const DFDLChar*, int32_t) {
+        XmlWriter* writer = of(handler);
+        writer->bytes = -1;
+        writer->open.clear();
+        writer->names.clear();
+        writer->namespaces.clear();
+        writer->tagOpen = writer->hasValue = false;
+        writer->out->text += "<?xml version=\"1.0\" encoding=\"UTF-8\"?>";
+    }
 
-void setCallbacks(DFDLDocHandler* h) {
-    DFDLDocHandler_setStartDocumentCallback(h, startDocument);
-    DFDLDocHandler_setEndDocumentCallback(h, endDocument);
-    DFDLDocHandler_setStartElementCallback(h, startElement);
-    DFDLDocHandler_setEndElementCallback(h, endElement);
-    DFDLDocHandler_setElementNilValueCallback(h, nilValue);
-    DFDLDocHandler_setElementStringValueCallback(h, stringValue);
-    DFDLDocHandler_setElementIntValueCallback(h, numberValue<int32_t>);
-    DFDLDocHandler_setElementLongValueCallback(h, numberValue<int64_t>);
-    DFDLDocHandler_setElementShortValueCallback(h, numberValue<int16_t>);
-    DFDLDocHandler_setElementByteValueCallback(h, numberValue<int8_t>);
-    DFDLDocHandler_setElementUIntValueCallback(h, numberValue<uint32_t>);
-    DFDLDocHandler_setElementULongValueCallback(h, numberValue<uint64_t>);
-    DFDLDocHandler_setElementUShortValueCallback(h, numberValue<uint16_t>);
-    DFDLDocHandler_setElementUByteValueCallback(h, numberValue<uint8_t>);
-    DFDLDocHandler_setElementFloatValueCallback(h, numberValue<float>);
-    DFDLDocHandler_setElementDoubleValueCallback(h, numberValue<double>);
-    DFDLDocHandler_setElementDecimalValueCallback(h, decimalValue);
-    DFDLDocHandler_setElementBooleanValueCallback(h, booleanValue);
-    DFDLDocHandler_setElementBinaryValueCallback(h, binaryValue);
-    DFDLDocHandler_setElementCalendarValueCallback(h, calendarValue);
-}
+    static void endDocument(DFDLDocHandler* handler, DFDLWORD bytes) {
+        of(handler)->bytes = bytes;
+        newLine(of(handler), 0);
+    }
+
+    static void startElement(DFDLDocHandler* handler, int32_t, const DFDLChar* name, int32_t,
+                             const DFDLChar* namespaceUri, const DFDLChar*, DFDLWORD) {
+        XmlWriter* writer = of(handler);
+        std::string& out = writer->out->text;
+        if (writer->tagOpen) out += '>';
+        newLine(writer, writer->open.size());
+        const XmlWriter::Open element{writer->names.size(), writer->namespaces.size()};
+        const std::u16string_view uri = viewOf(namespaceUri);
+        bool declares = false;
+        if (!uri.empty()) {
+            appendPrefix(writer->names, scopeOf(writer, uri, declares));
+            writer->names += ':';
+        }
+        appendXmlName(writer->names, viewOf(name));
+        writer->open.push_back(element);
+        out += '<';
+        out.append(writer->names, element.name);
+        if (declares) {
+            out += " xmlns:";
+            appendPrefix(out, element.namespaces);
+            out += "=\"";
+            appendXmlText(out, uri);
+            out += '"';
+        }
+        writer->tagOpen = true;
+        writer->hasValue = false;
+    }
+
+    static void endElement(DFDLDocHandler* handler, DFDLWORD) {
+        XmlWriter* writer = of(handler);
+        if (writer->open.empty()) return;
+        std::string& out = writer->out->text;
+        const XmlWriter::Open element = writer->open.back();
+        writer->open.pop_back();
+        if (writer->tagOpen) {
+            out += "/>";
+        } else {
+            if (!writer->hasValue) newLine(writer, writer->open.size());
+            out += "</";
+            out.append(writer->names, element.name);
+            out += '>';
+        }
+        writer->names.resize(element.name);
+        writer->namespaces.resize(element.namespaces);
+        writer->tagOpen = writer->hasValue = false;
+    }
+
+    static void nil(DFDLDocHandler* handler) {
+        of(handler)->out->text += " xsi:nil=\"true\" xmlns:xsi=\"http://www.w3.org/2001/XMLSchema-instance\"";
+    }
+
+    static void string(DFDLDocHandler* handler, const DFDLChar* characters, int32_t length, uint32_t) {
+        if (length > 0) appendXmlText(valueText(handler), viewOf(characters, length));
+    }
+
+    static void decimal(DFDLDocHandler* handler, const char* digits, int32_t length, uint32_t) {
+        if (length > 0) valueText(handler).append(digits, static_cast<size_t>(length));
+    }
+
+    static void boolean(DFDLDocHandler* handler, DFDLBoolean value, uint32_t) {
+        valueText(handler) += value != 0 ? "true" : "false";
+    }
+
+    static void binary(DFDLDocHandler* handler, const uint8_t* bytes, DFDLWORD length, uint32_t) {
+        if (length > 0) appendHex(valueText(handler), bytes, static_cast<size_t>(length));
+    }
+
+    template <class Number>
+    static void number(DFDLDocHandler* handler, Number value, uint32_t) {
+        if constexpr (std::is_floating_point_v<Number>) {
+            appendNumber(valueText(handler), value);
+        } else if constexpr (std::is_signed_v<Number>) {
+            appendNumber(valueText(handler), int64_t{value});
+        } else {
+            appendNumber(valueText(handler), uint64_t{value});
+        }
+    }
+
+    static void calendar(DFDLDocHandler* handler, const DFDLCalendar* calendar, uint32_t type) {
+        std::string& out = valueText(handler);
+        if (type != DFDL_VALUE_TIME) appendDate(out, calendar);
+        if (type == DFDL_VALUE_DATETIME) out += 'T';
+        if (type != DFDL_VALUE_DATE) appendTime(out, calendar);
+        appendZone(out, calendar);
+    }
+};
 
 }  // namespace
 
@@ -272,7 +252,7 @@ XmlWriter* new_XmlWriter(Output* out) {
     if (handler == nullptr) return nullptr;
     auto* writer = new XmlWriter{out, handler, {}, {}, {}, false, false, -1};
     DFDLDocHandler_setContextObject(handler, writer);
-    setCallbacks(handler);
+    setDocCallbacks<Callbacks>(handler);
     return writer;
 }
 
