@@ -153,10 +153,7 @@ struct Callbacks {
         writer->out->text += "<?xml version=\"1.0\" encoding=\"UTF-8\"?>";
     }
 
-    static void endDocument(DFDLDocHandler* handler, DFDLWORD bytes) {
-        of(handler)->bytes = bytes;
-        newLine(of(handler), 0);
-    }
+    static void endDocument(DFDLDocHandler* handler, DFDLWORD bytes) { of(handler)->bytes = bytes; }
 
     static void startElement(DFDLDocHandler* handler, int32_t, const DFDLChar* name, int32_t,
                              const DFDLChar* namespaceUri, const DFDLChar*, DFDLWORD) {
@@ -203,6 +200,7 @@ struct Callbacks {
         writer->names.resize(element.name);
         writer->namespaces.resize(element.namespaces);
         writer->tagOpen = writer->hasValue = false;
+        if (writer->open.empty()) newLine(writer, 0);
     }
 
     static void nil(DFDLDocHandler* handler) {
