@@ -39,6 +39,11 @@ $CC -std=c11 -Wall -Werror ${CFLAGS:-} "$program" $(pkg-config --cflags --libs d
     -o "$work/readme"
 expect "the program by pkg-config" "$("$work/readme" "$work/ustar.pif" header "$work/archive.tar")"
 
+# shellcheck disable=SC2086,SC2046
+$CXX -std=c++20 -Wall -Werror ${CFLAGS:-} "$sources/tests/install/wrapper.cpp" \
+    $(pkg-config --cflags --libs dfdl) -Wl,-rpath,"$libraries" -o "$work/wrapper"
+"$work/wrapper" || fail "the program that makes a grammar in memory ended with $?"
+
 cmake -S "$sources/tests/install/consumer" -B "$work/consumer" -DREADME_C="$program" \
     -DCMAKE_PREFIX_PATH="$prefix" >"$work/consumer.log"
 cmake --build "$work/consumer" >>"$work/consumer.log"
