@@ -52,7 +52,7 @@ class Number {
 TEST(DecNumber, ReadsAndWritesEveryDigit) {
     TestAdapter heap;
     for (const TextCase& entry : TEXT_CASES) {
-        const Number number(heap.get(), entry.text);
+        const Number number(heap.adapter, entry.text);
         EXPECT_EQ(0U, number.status()) << entry.text;
         EXPECT_EQ(entry.canonical, number.text());
     }
@@ -61,34 +61,34 @@ TEST(DecNumber, ReadsAndWritesEveryDigit) {
 TEST(DecNumber, RefusesWhatIsNoNumber) {
     TestAdapter heap;
     for (const char* text : {"", "-", ".", "1e", "1e+", "1.2.3", "12a", "--1", "in", "nanx", " 1", "1 "}) {
-        const Number number(heap.get(), text);
+        const Number number(heap.adapter, text);
         EXPECT_EQ(DEC_CONVERSION_SYNTAX, number.status()) << '\'' << text << '\'';
     }
 }
 
 TEST(DecNumber, GoesToInfinityAndZeroBeyondItsExponents) {
     TestAdapter heap;
-    EXPECT_EQ("Infinity", Number(heap.get(), "1E1000000000").text());
-    EXPECT_EQ("-Infinity", Number(heap.get(), "-10E999999999").text());
-    EXPECT_TRUE(dfdl_decNumberIsZero(Number(heap.get(), "1E-99999999999999999999").get()));
-    EXPECT_EQ("NaN12", Number(heap.get(), "nan012").text());
+    EXPECT_EQ("Infinity", Number(heap.adapter, "1E1000000000").text());
+    EXPECT_EQ("-Infinity", Number(heap.adapter, "-10E999999999").text());
+    EXPECT_TRUE(dfdl_decNumberIsZero(Number(heap.adapter, "1E-99999999999999999999").get()));
+    EXPECT_EQ("NaN12", Number(heap.adapter, "nan012").text());
 }
 
 TEST(DecNumber, ComparesByValue) {
     TestAdapter heap;
     for (const CompareCase& entry : COMPARE_CASES) {
-        const Number a(heap.get(), entry.a);
-        const Number b(heap.get(), entry.b);
+        const Number a(heap.adapter, entry.a);
+        const Number b(heap.adapter, entry.b);
         EXPECT_EQ(entry.order, dfdl_decNumberCompare(a.get(), b.get())) << entry.a << " and " << entry.b;
     }
-    const Number nan(heap.get(), "NaN");
+    const Number nan(heap.adapter, "NaN");
     EXPECT_EQ(-2, dfdl_decNumberCompare(nan.get(), nan.get()));
 }
 
 TEST(DecNumber, RoundsToIntegersInEveryMode) {
     TestAdapter heap;
     for (const RoundCase& entry : ROUND_CASES) {
-        const Number number(heap.get(), entry.text);
+        const Number number(heap.adapter, entry.text);
         for (int32_t mode = 0; mode < 7; ++mode) {
             uint64_t magnitude = 99;
             EXPECT_TRUE(dfdl_decNumberToInteger(number.get(), static_cast<DecRounding>(mode), &magnitude));
@@ -97,8 +97,8 @@ TEST(DecNumber, RoundsToIntegersInEveryMode) {
     }
     uint64_t magnitude = 99;
     EXPECT_FALSE(
-        dfdl_decNumberToInteger(Number(heap.get(), "1E999999999").get(), DEC_ROUND_DOWN, &magnitude));
-    EXPECT_FALSE(dfdl_decNumberToInteger(Number(heap.get(), "18446744073709551616").get(), DEC_ROUND_DOWN,
+        dfdl_decNumberToInteger(Number(heap.adapter, "1E999999999").get(), DEC_ROUND_DOWN, &magnitude));
+    EXPECT_FALSE(dfdl_decNumberToInteger(Number(heap.adapter, "18446744073709551616").get(), DEC_ROUND_DOWN,
                                          &magnitude));
 }
 

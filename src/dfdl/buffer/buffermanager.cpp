@@ -245,6 +245,11 @@ bool BufferManager_crossesLimit(const BufferManager* this_) {
 }
 
 void BufferManager_raise(BufferManager* this_, const char* key, const GroupMemberTableRow* element) {
+    BufferManager_raiseAt(this_, key, BufferManager_bytePosition(this_), element);
+}
+
+void BufferManager_raiseAt(BufferManager* this_, const char* key, int64_t bytePosition,
+                           const GroupMemberTableRow* element) {
     const DFDLUString* name = element == nullptr ? nullptr : GroupMemberTableRow_getElementName(element);
     ProcessingError* error = this_->context->currentError;
     if (key == DFDLParser_endOfDataForParentStructure) {
@@ -253,7 +258,7 @@ void BufferManager_raise(BufferManager* this_, const char* key, const GroupMembe
         return;
     }
     ProcessingError_setValues(error, __FILE__, __LINE__, key, ERROR_PROCESSING, SUBKIND_LACK_OF_DATA,
-                              "%lld%Z", static_cast<long long>(BufferManager_bytePosition(this_)), name);
+                              "%lld%Z", static_cast<long long>(bytePosition), name);
 }
 
 uint8_t* BufferManager_allocateBytes(BufferManager* this_, int64_t count) {

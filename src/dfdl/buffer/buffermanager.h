@@ -180,6 +180,8 @@ const UChar* BufferManager_getLengthUnitsString(BufferManager* this_, int32_t un
 int64_t BufferManager_skipWideCharacters(BufferManager* this_, int64_t count, int64_t width,
                                          const GroupMemberTableRow* element);
 void BufferManager_raise(BufferManager* this_, const char* key, const GroupMemberTableRow* element);
+void BufferManager_raiseAt(BufferManager* this_, const char* key, int64_t bytePosition,
+                           const GroupMemberTableRow* element);
 void BufferManager_throwInsufficientDataException(BufferManager* this_, int64_t bytePosition, int32_t units,
                                                   int64_t amount, const GroupMemberTableRow* element);
 // The next buffer of the chain, fetched if need be; null at the end. `move` makes it current.

@@ -93,9 +93,6 @@ int64_t BufferManager_read(BufferManager* this_, uint8_t* target, int64_t count,
     int64_t copied =
         DFDLByteBufferImpl_getBytes(buffer, target, byteOffset - buffer->streamStart, count, advance);
     if (copied < count) copied += copyOn(this_, buffer, target + copied, count - copied, advance);
-    if (copied < count && this_->bufferHandler != nullptr && 8 * (byteOffset + copied) >= this_->bitLimit) {
-        BufferManager_raise(this_, DFDLParser_bufferOverflow, nullptr);
-    }
     if (advance) this_->bitPosition += 8 * copied;
     return copied;
 }

@@ -54,8 +54,10 @@ void addCharacters(Count* count, int64_t characters) {
     count->manager->charPosition += characters;
 }
 
+// Negative where a bad sequence began in a buffer that has gone: then nothing more is read, and the position
+// only tells where the sequence began.
 void consume(Count* count, int64_t bytes) {
-    count->manager->currentBuffer->position += bytes;
+    if (bytes > 0) count->manager->currentBuffer->position += bytes;
     count->manager->bitPosition += bytes * 8;
 }
 
@@ -139,6 +141,18 @@ void takeThroughICU(Count* count, const DFDLByteBufferImpl* buffer) {
     if (consumed <= 0 && length == 0) count->done = true;
 }
 
+bool isInsideCharacter(const UConverter* decoder) {
+    UErrorCode status = U_ZERO_ERROR;
+    return ucnv_toUCountPending(decoder, &status) > 0;
+}
+
+// The bytes of a character that the end of the data cut off count as unread, whatever buffers they came in.
+void leaveCutOffCharacter(Count* count) {
+    UErrorCode status = U_ZERO_ERROR;
+    const int32_t pending = ucnv_toUCountPending(count->manager->decoder, &status);
+    if (U_SUCCESS(status) && pending > 0) count->manager->bitPosition -= 8 * static_cast<int64_t>(pending);
+}
+
 void readCharacters(Count* count) {
     bool betweenCharacters = true;
     while (count->wanted > 0 && !count->done) {
@@ -146,8 +160,9 @@ void readCharacters(Count* count) {
         if (buffer == nullptr) break;
         if (betweenCharacters && takeDirectly(count, buffer)) continue;
         takeThroughICU(count, buffer);
-        betweenCharacters = ucnv_toUCountPending(count->manager->decoder, nullptr) == 0;
+        betweenCharacters = !isInsideCharacter(count->manager->decoder);
     }
+    if (count->wanted > 0 && !count->failed) leaveCutOffCharacter(count);
     if (count->wanted > 0 || count->failed) ucnv_resetToUnicode(count->manager->decoder);
 }
 

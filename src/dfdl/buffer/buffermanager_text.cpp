@@ -80,7 +80,7 @@ class TakenBytes {
             copy_ = BufferManager_allocateBytes(manager_, count);
             if (BufferManager_read(manager_, copy_, count, start, true) == count) bytes_ = copy_;
         }
-        if (bytes_ == nullptr) BufferManager_raise(manager_, DFDLParser_bufferOverflow, element);
+        if (bytes_ == nullptr) BufferManager_raiseAt(manager_, DFDLParser_bufferOverflow, start, element);
     }
 
     BufferManager* manager_;
