@@ -62,7 +62,7 @@ std::string recordsData(int32_t count) {
     for (int32_t i = 0; i < count; ++i) {
         std::string id = std::to_string(i);
         id.resize(8, ' ');
-        data += id + "N\xC3\xA4mchen 1";
+        data += id + "N\xC3\xA4mchen 12";
         if (data.size() % 2 != 0) data.push_back('?');
         std::string note = "note " + std::to_string(i);
         note.resize(200, ' ');
