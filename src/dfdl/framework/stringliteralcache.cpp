@@ -51,7 +51,8 @@ DFDLStringLiteral* StringLiteralCache_getDFDLStringLiteral(StringLiteralCache* t
     if (!DFDLStringLiteral_parse(literal)) {
         delete_DFDLStringLiteral(literal);
         ProcessingError_setValues(this_->heap->context->currentError, __FILE__, __LINE__,
-                                  TEXT_INVALID_MNEMONIC, ERROR_SCHEMA_DEFINITION, SUBKIND_NONE, "%Z", text);
+                                  TEXT_INVALID_MNEMONIC, ERROR_SCHEMA_DEFINITION, SUBKIND_NONE, "%Z%S%s", text, u"",
+                                  "");
         return nullptr;
     }
     if (literal->source == nullptr) literal->source = new_DFDLUString(this_->heap);

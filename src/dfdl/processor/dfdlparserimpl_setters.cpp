@@ -97,6 +97,7 @@ void forgetGrammar(DFDLParserImpl* parser) {
 int DFDLParserImpl_setGrammar(DFDLParserImpl* this_, const sPIF* grammar) {
     if (isRefused(this_)) return SETTER_REFUSED;
     if (grammar == nullptr) return SETTER_FAILED;
+    ProcessingError_reset(this_->context->currentError);  // of a parse that failed before
     if (grammar != this_->grammar) forgetGrammar(this_);
     this_->grammar = grammar;
     this_->hasNextStage = DFDLParserImpl_hasNextWithSetup;
