@@ -52,8 +52,8 @@ void dropPlus(DFDLUString* text) {
     --text->length;
 }
 
-// The text of a number in bytes, without the white space around it. It ends where bytes end that a number can
-// have; what is longer than any number of its kind is read from the string itself.
+// The text of a number in bytes, without the white space around it. What is longer than the array is a number
+// with so many digits that the rest of them does not count.
 struct Digits {
     char text[512];
     size_t length;
@@ -90,9 +90,11 @@ bool readReal(const Row* row, double* result) {
     const Digits digits(row->iValue);
     if (specialReal(digits.view(), sizeof(Real) == sizeof(double), result)) return true;
     const char* begin = digits.text + (digits.length > 0 && digits.text[0] == '+' ? 1 : 0);
+    const char* end = digits.text + digits.length;
+    if (std::find_if(begin, end, [](char c) { return c >= '0' && c <= '9'; }) == end) return false;
     Real real = 0;
-    const auto read = std::from_chars(begin, digits.text + digits.length, real);
-    if (read.ec == std::errc::invalid_argument) return false;
+    const auto read = std::from_chars(begin, end, real);
+    if (read.ec == std::errc::invalid_argument || read.ptr != end) return false;
     if (read.ec == std::errc::result_out_of_range) real = static_cast<Real>(strtod(begin, nullptr));
     *result = static_cast<double>(real);
     return true;
@@ -151,9 +153,9 @@ DFDLValue* calendarValue(const Row* row) {
 
 // Engines in several threads read the number, whose conversions are kept when they are first asked for.
 DFDLDecimal* newDecimal(const Row* row) {
-    const Digits digits(row->iValue);
-    DFDLDecimal* decimal = new_DFDLDecimalFromChar(row->heap, row->pif->constants, digits.text,
-                                                   static_cast<int32_t>(digits.length));
+    DFDLString* text = new_DFDLStringFromDFDLUString(row->heap, row->pif->utf8Converter, row->iValue);
+    DFDLDecimal* decimal = new_DFDLDecimalFromChar(row->heap, row->pif->constants, text->chars, text->length);
+    delete_DFDLString(text);
     if (decimal == nullptr) return nullptr;
     DFDLDecimal_getSignedQValue(decimal);
     DFDLDecimal_getUnsignedQValue(decimal);
