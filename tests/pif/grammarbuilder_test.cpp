@@ -1,0 +1,148 @@
+#include "support/grammarbuilder.h"
+
+#include <gtest/gtest.h>
+
+#include <string>
+
+#include "dfdl/foundation/dfdlustring.h"
+#include "dfdl/foundation/guard.h"
+#include "dfdl/pif/spif.h"
+#include "support/testheap.h"
+
+namespace {
+
+using Grammar = Owned<DFDLGrammar, delete_DFDLGrammar>;
+
+void describe(GrammarBuilder* builder) {
+    auto file = builder->complexElement("file");
+    auto record = file.complexElement("record").occurs(3, 3).occursFixed();
+    record.text("name").bytes(10).encoding("UTF-8").trimRight("%SP;");
+    file.sequence().text("last").implicitBytes(4).encoding("UTF-16BE").align(2).skip(1, 0);
+    record.text("note").characters(5);
+    builder->variable("n", "UNSIGNEDBYTE", true, "7");
+}
+
+const GroupMemberTableRow* rowOf(const DFDLGrammar* grammar, std::u16string_view element) {
+    for (int32_t i = 0; i < Table_size(grammar->groupMemberTable); ++i) {
+        const GroupMemberTableRow* row = Table_at(grammar->groupMemberTable, i);
+        if (DFDLUString_view(GroupMemberTableRow_getElementName(row)) == element) return row;
+    }
+    return nullptr;
+}
+
+TEST(GrammarBuilder, membersStandTogetherWhateverTheOrderOfWords) {
+    GrammarBuilder builder;
+    describe(&builder);
+    const Grammar grammar(builder.load());
+    ASSERT_NE(grammar, nullptr);
+    const GroupMemberTableRow* file = rowOf(grammar.get(), u"file");
+    const GroupMemberTableRow* record = rowOf(grammar.get(), u"record");
+    const GroupMemberTableRow* name = rowOf(grammar.get(), u"name");
+    const GroupMemberTableRow* note = rowOf(grammar.get(), u"note");
+    ASSERT_TRUE(file != nullptr && record != nullptr && name != nullptr && note != nullptr);
+    EXPECT_EQ(file->parent_group_id, -1);
+    EXPECT_EQ(file->groupRow->iGroupKind, COMPLEX_TYPE);
+    EXPECT_EQ(name->nextSibling, note);
+    EXPECT_EQ(note->sequence_number, 2);
+    ASSERT_NE(record->nextSibling, nullptr);
+    EXPECT_EQ(record->nextSibling->iPhysicalType, GROUP_SEQUENCE);
+    EXPECT_EQ(record->min_occurs, 3);
+    EXPECT_TRUE(GroupMemberTableRow_has(record, GM_OCCURS_FIXED));
+    EXPECT_EQ(std::u16string(DFDLUString_view(name->scdText)), u"/file/record/name");
+}
+
+TEST(GrammarBuilder, propertiesReachTheirMember) {
+    GrammarBuilder builder;
+    describe(&builder);
+    const Grammar grammar(builder.load());
+    ASSERT_NE(grammar, nullptr);
+    const GroupMemberTableRow* name = rowOf(grammar.get(), u"name");
+    const GroupMemberTableRow* last = rowOf(grammar.get(), u"last");
+    ASSERT_TRUE(name != nullptr && last != nullptr);
+    EXPECT_EQ(name->lengthRow->iLength, 10);
+    EXPECT_EQ(name->lengthRow->iLengthUnits, BYTES);
+    EXPECT_TRUE(GroupMemberTableRow_has(name, GM_TRIM));
+    EXPECT_EQ(name->textStringRow->iTextJustification, LEFT);
+    EXPECT_EQ(name->simpleTypeKind, SIMPLE_STRING);
+    EXPECT_FALSE(GroupMemberTableRow_has(name, GM_LEADING_ALIGNMENT));
+    EXPECT_EQ(last->lengthRow->iLengthKind, IMPLICIT);
+    EXPECT_FALSE(last->encodingRow->iEncodingASCIICompatible);
+    EXPECT_TRUE(GroupMemberTableRow_has(last, GM_LEADING_ALIGNMENT));
+    EXPECT_FALSE(GroupMemberTableRow_has(last, GM_TRAILING_ALIGNMENT));
+}
+
+TEST(GrammarBuilder, whatAHandleSaysLaterIsInTheNextMessage) {
+    GrammarBuilder builder;
+    auto root = builder.complexElement("root");
+    const int before = builder.pif().element_table().row_size();
+    builder.pif().mutable_element_table()->mutable_row(0)->set_name("odd");
+    EXPECT_EQ(builder.pif().element_table().row(0).name(), "odd");
+    root.text("more");
+    EXPECT_EQ(builder.pif().element_table().row_size(), before + 1);
+    EXPECT_EQ(builder.pif().element_table().row(0).name(), "root");
+}
+
+TEST(GrammarLoading, givesBackAllMemoryWhicheverAllocationFails) {
+    GrammarBuilder builder;
+    describe(&builder);
+    const std::string bytes = builder.serialize();
+    const int failures = sweepFailingAllocations([&](DFDLHeapImpl heap) {
+        int resultCode = -1;
+        DFDLGrammar* grammar =
+            new_DFDLGrammarFromByteArray(&heap, bytes.data(), bytes.size(), nullptr, &resultCode);
+        if (grammar == nullptr) {
+            EXPECT_EQ(resultCode, DFDL_GRAMMAR_NO_MEMORY);
+            throw AllocationFailure{1};
+        }
+        delete_DFDLGrammar(grammar);
+    });
+    EXPECT_GT(failures, 20);
+}
+
+// Whatever the bytes say, they load or are refused.
+TEST(GrammarLoading, survivesDamagedFiles) {
+    GrammarBuilder builder;
+    describe(&builder);
+    const std::string good = builder.serialize();
+    uint32_t random = 12345;
+    const auto next = [&random] { return (random = random * 1664525U + 1013904223U) >> 8; };
+    int loaded = 0;
+    for (int round = 0; round < 2000; ++round) {
+        std::string bytes = good;
+        for (uint32_t change = next() % 4 + 1; change > 0; --change) {
+            bytes[next() % bytes.size()] = static_cast<char>(next() % 256);
+        }
+        int resultCode = -1;
+        DFDLGrammar* grammar =
+            new_DFDLGrammarFromByteArray(nullptr, bytes.data(), bytes.size(), nullptr, &resultCode);
+        EXPECT_EQ(grammar != nullptr, resultCode == DFDL_GRAMMAR_LOADED);
+        if (grammar != nullptr) ++loaded;
+        delete_DFDLGrammar(grammar);
+    }
+    EXPECT_GT(loaded, 0);
+    EXPECT_LT(loaded, 2000);
+}
+
+TEST(GrammarLoading, judgesTheVersionOfASingleRow) {
+    const struct {
+        int32_t version;
+        int rows;
+        int resultCode;
+    } cases[] = {{40, 1, 0}, {41, 1, DFDL_GRAMMAR_VERSION}, {-5, 1, 0}, {41, 0, 0}, {41, 2, 0}};
+    for (const auto& c : cases) {
+        GrammarBuilder builder;
+        describe(&builder);
+        builder.pif().clear_pif_globals_table();
+        for (int i = 0; i < c.rows; ++i) {
+            builder.pif().mutable_pif_globals_table()->add_row()->set_pifversion(c.version);
+        }
+        const std::string bytes = builder.serialize();
+        int resultCode = -1;
+        const Grammar grammar(
+            new_DFDLGrammarFromByteArray(nullptr, bytes.data(), bytes.size(), nullptr, &resultCode));
+        EXPECT_EQ(resultCode, c.resultCode) << c.version << " in " << c.rows;
+        EXPECT_EQ(grammar != nullptr, c.resultCode == 0);
+    }
+}
+
+}  // namespace
