@@ -97,9 +97,9 @@ const ValueCase VALUE_CASES[] = {
      {"a= x", "b=y**", "c=z", "d="}},
     {"padding with a byte is not trimmed",
      [](GrammarHandle r) {
-         r.text("a").bytes(4).trimRight("%#r00;");
+         r.text("a").bytes(4).trimRight("%#r00;").encoding("US-ASCII");
          r.text("b").bytes(4).trimBoth("%#r40;").encoding("ibm-037");
-         r.text("c").bytes(2).trimLeft("%#r00;");
+         r.text("c").bytes(2).trimLeft("%#r00;").encoding("ISO-8859-1");
      },
      bytes({'a', 'b', 0, 0, 0x40, 0x81, 0x40, 0x40, 0, 0}),
      {"a=ab", "b=a", "c="}},
@@ -181,8 +181,8 @@ const ErrorCase ERROR_CASES[] = {
      [](GrammarHandle r) { r.complexElement("g").explicitBytes(2).text("a").characters(3); }, "abcdef",
      "CTDP3057E", "a"},
     {"malformed data pass", [](GrammarHandle r) { r.text("a").bytes(4); }, "a\xFFzz", "CTDP3011E", "byte 1"},
-    {"malformed characters pass", [](GrammarHandle r) { r.text("a").characters(3); }, "ab\xFFz", "CTDP3011E",
-     "byte 2"},
+    {"malformed characters pass", [](GrammarHandle r) { r.text("a").characters(6); }, "ab\xFFzzzzz",
+     "CTDP3011E", "byte 2"},
     {"a skip goes beyond the data", [](GrammarHandle r) { r.text("a").bytes(1).skip(9, 0); }, "abc",
      "CTDP3000E", "a"},
     {"data behind the message pass", [](GrammarHandle r) { r.text("a").bytes(1); }, "aZ", "CTDP3002E", "5A"},

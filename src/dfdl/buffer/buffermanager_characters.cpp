@@ -99,10 +99,19 @@ bool isBadSequence(UErrorCode status) {
     return status == U_TRUNCATED_CHAR_FOUND || status == U_ILLEGAL_CHAR_FOUND;
 }
 
-// A cut-off character at the end of the data ends the text; other bad data are an error, or the quiet end.
-void judge(Count* count, UErrorCode status, int64_t badOffset, int64_t rest) {
+bool isByteThere(Count* count, int64_t byteOffset) {
+    BufferManager_peekByte(count->manager, byteOffset, count->element);
+    if (!ProcessingError_isSet(count->manager->context->currentError)) return true;
+    ProcessingError_reset(count->manager->context->currentError);
+    return false;
+}
+
+// A sequence so near the end of the data that it may be a character cut off by it ends the text; other bad data
+// are an error, or the quiet end. Where the data end is asked of the stream, not of the buffer at hand.
+void judge(Count* count, UErrorCode status, int64_t badOffset) {
     if (U_SUCCESS(status) || status == U_BUFFER_OVERFLOW_ERROR) return;
-    const bool cutOff = isBadSequence(status) && rest < count->manager->maxBytesPerChar;
+    const bool cutOff =
+        isBadSequence(status) && !isByteThere(count, badOffset + count->manager->maxBytesPerChar - 1);
     count->done = true;
     if (count->strict && !cutOff) {
         raiseCoding(count, badOffset);
@@ -137,7 +146,7 @@ void takeThroughICU(Count* count, const DFDLByteBufferImpl* buffer) {
     append(count, units, length);
     consume(count, consumed);
     addCharacters(count, u_countChar32(units, length));
-    judge(count, status, badOffset, available - consumed);
+    judge(count, status, badOffset);
     if (consumed <= 0 && length == 0) count->done = true;
 }
 
