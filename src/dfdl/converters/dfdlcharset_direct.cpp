@@ -69,20 +69,38 @@ int32_t findRoad(DFDLCharset* charset) {
     return keepsASCII(converter.get()) ? ROAD_ASCII : ROAD_ICU;
 }
 
-bool widenASCII(const uint8_t* bytes, int64_t count, UChar* target) {
-    int64_t at = 0;
+// Widens 16 bytes; false if one of them is not ASCII.
+bool widen16(const uint8_t* bytes, UChar* target) {
+    const __m128i block = _mm_loadu_si128(reinterpret_cast<const __m128i*>(bytes));
     const __m128i zero = _mm_setzero_si128();
-    for (; at + 16 <= count; at += 16) {
-        const __m128i block = _mm_loadu_si128(reinterpret_cast<const __m128i*>(bytes + at));
-        if (_mm_movemask_epi8(block) != 0) return false;
-        _mm_storeu_si128(reinterpret_cast<__m128i*>(target + at), _mm_unpacklo_epi8(block, zero));
-        _mm_storeu_si128(reinterpret_cast<__m128i*>(target + at + 8), _mm_unpackhi_epi8(block, zero));
-    }
-    for (; at < count; ++at) {
-        if (bytes[at] >= ASCII) return false;
+    _mm_storeu_si128(reinterpret_cast<__m128i*>(target), _mm_unpacklo_epi8(block, zero));
+    _mm_storeu_si128(reinterpret_cast<__m128i*>(target + 8), _mm_unpackhi_epi8(block, zero));
+    return _mm_movemask_epi8(block) == 0;
+}
+
+bool widen8(const uint8_t* bytes, UChar* target) {
+    const __m128i block = _mm_loadl_epi64(reinterpret_cast<const __m128i*>(bytes));
+    _mm_storeu_si128(reinterpret_cast<__m128i*>(target), _mm_unpacklo_epi8(block, _mm_setzero_si128()));
+    return _mm_movemask_epi8(block) == 0;
+}
+
+bool widenFew(const uint8_t* bytes, int64_t count, UChar* target) {
+    uint32_t all = 0;
+    for (int64_t at = 0; at < count; ++at) {
+        all |= bytes[at];
         target[at] = bytes[at];
     }
-    return true;
+    return all < ASCII;
+}
+
+// The last block overlaps the one before it, so that only texts shorter than a block go byte by byte.
+bool widenASCII(const uint8_t* bytes, int64_t count, UChar* target) {
+    if (count < 8) return widenFew(bytes, count, target);
+    if (count < 16) return widen8(bytes, target) && widen8(bytes + count - 8, target + count - 8);
+    for (int64_t at = 0; at + 16 <= count; at += 16) {
+        if (!widen16(bytes + at, target + at)) return false;
+    }
+    return widen16(bytes + count - 16, target + count - 16);
 }
 
 bool lookUp(const UChar* table, const uint8_t* bytes, int64_t count, UChar* target) {

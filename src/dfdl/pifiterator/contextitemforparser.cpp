@@ -36,6 +36,7 @@ void complexClose(ContextItemForParser* item) {
 }
 
 void sequenceBeforeMember(ContextItemForParser* item) {
+    if (item->iterator->runsAhead != 0) PIFIteratorForParser_runPlainTexts(item->iterator, item);
     PIFIteratorForParser_group_selectNextSequenceMember(item->iterator, item);
     if (item->state == STEP_CLOSE || ProcessingError_isSet(item->context->currentError)) return;
     PIFIteratorForParser_group_beforeGroupMember(item->iterator, item);
@@ -130,6 +131,7 @@ void ContextItemForParser_init(ContextItemForParser* this_, uint32_t kind) {
     this_->value = nullptr;
     this_->succeeded = 1;
     this_->retainedError = nullptr;
+    this_->hasResumeRow = 0;
     this_->state = STEP_OPEN;
     this_->kind = kind;
     this_->functions = &FUNCTIONS[kind];
@@ -142,6 +144,7 @@ void ContextItemForParser_resetForOccurrence(ContextItemForParser* this_) {
     this_->possibleContent = CONTENT_ANY;
     this_->succeeded = 1;
     this_->retainedError = nullptr;
+    this_->hasResumeRow = 0;
     this_->state = STEP_OPEN;
     this_->imposedLength = -1;
 }

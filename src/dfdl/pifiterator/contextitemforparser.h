@@ -52,10 +52,12 @@ struct ContextItemForParser : ContextItem {
     ContextItemForParser* selectedChild;  // owned; pushed only after it has been selected
     uint32_t possibleContent;             // PossibleContent bits
     DFDLValue* value;
-    uint32_t succeeded;              // cleared when the occurrence fails or is absent
-    ProcessingError* retainedError;  // a failed child's error, kept in the context's standby record
-    uint32_t state;                  // StepState
-    uint32_t kind;                   // ContextItemKind
+    uint32_t succeeded;                    // cleared when the occurrence fails or is absent
+    ProcessingError* retainedError;        // a failed child's error, kept in the context's standby record
+    const GroupMemberTableRow* resumeRow;  // group: the next member, where hasResumeRow is set
+    uint32_t hasResumeRow;                 // the short road has gone beyond selectedChild
+    uint32_t state;                        // StepState
+    uint32_t kind;                         // ContextItemKind
     const ContextItemFunctions* functions;
     const RowPlan* plan;
 };

@@ -7,6 +7,7 @@
 
 #include "dfdl/foundation/dfdlheapadapter.h"
 #include "dfdl/pifiterator/contextitemforparser.h"
+#include "dfdl/pifiterator/rowplan.h"
 
 struct BufferManager;
 struct CharsetManager;
@@ -54,7 +55,10 @@ struct PIFIteratorForParser {
     DFDLUString* rootNamespace;
     const GroupMemberTableRow* rootRow;
     RowPlan* plans;  // by row index of the group members
-    uint32_t validationEnabled;
+    // The whole message is wanted and nobody looks at regions, trace or facets, so that members may be parsed
+    // without items of their own.
+    uint32_t runsAhead;
+    UChar plainText[MOST_PLAIN_TEXT + 1];  // scratch of the short road
 };
 
 PIFIteratorForParser* new_PIFIteratorForParser(DFDLParserImpl* parser, DFDLConstants* constants);
@@ -94,6 +98,13 @@ void PIFIteratorForParser_group_beforeGroupMember(PIFIteratorForParser* this_, C
 void PIFIteratorForParser_group_afterGroupMember(PIFIteratorForParser* this_, ContextItemForParser* group);
 void PIFIteratorForParser_group_close(PIFIteratorForParser* this_, ContextItemForParser* group);
 bool PIFIteratorForParser_endOfArray(PIFIteratorForParser* this_, ContextItemForParser* group);
+
+// The member that the group would select next; null if there is none.
+const GroupMemberTableRow* PIFIteratorForParser_nextCandidate(PIFIteratorForParser* this_,
+                                                              ContextItemForParser* group);
+// The short road: parses the members that come next as long as they are plain texts that lie in the current
+// buffer and need no converter. What it leaves, the general road takes up. Both deliver the same.
+void PIFIteratorForParser_runPlainTexts(PIFIteratorForParser* this_, ContextItemForParser* group);
 
 // Representation.
 bool PIFIteratorForParser_processSimpleElementRepresentation(PIFIteratorForParser* this_,

@@ -31,12 +31,6 @@ const GroupMemberTableRow* firstMember(const ContextItemForParser* group) {
     return content == nullptr ? nullptr : content->firstMember;
 }
 
-const GroupMemberTableRow* nextCandidate(PIFIteratorForParser* iterator, ContextItemForParser* group) {
-    if (group->selectedChild == nullptr) return firstMember(group);
-    if (!PIFIteratorForParser_endOfArray(iterator, group)) return group->selectedChild->row;
-    return group->functions->getNextSiblingToParse(group);
-}
-
 // Everything in the scope has been read. Loads what the input still has first, so that input in pieces and
 // input in one piece end at the same place.
 bool isScopeExhausted(PIFIteratorForParser* iterator) {
@@ -45,6 +39,14 @@ bool isScopeExhausted(PIFIteratorForParser* iterator) {
 }
 
 }  // namespace
+
+const GroupMemberTableRow* PIFIteratorForParser_nextCandidate(PIFIteratorForParser* this_,
+                                                              ContextItemForParser* group) {
+    if (group->hasResumeRow != 0) return group->resumeRow;
+    if (group->selectedChild == nullptr) return firstMember(group);
+    if (!PIFIteratorForParser_endOfArray(this_, group)) return group->selectedChild->row;
+    return group->functions->getNextSiblingToParse(group);
+}
 
 void PIFIteratorForParser_group_open(PIFIteratorForParser* this_, ContextItemForParser* group) {
     ContextItem_incrementOccurrences(group);
@@ -64,7 +66,8 @@ void PIFIteratorForParser_group_open(PIFIteratorForParser* this_, ContextItemFor
 void PIFIteratorForParser_group_selectNextSequenceMember(PIFIteratorForParser* this_,
                                                          ContextItemForParser* group) {
     for (;;) {
-        const GroupMemberTableRow* candidate = nextCandidate(this_, group);
+        const GroupMemberTableRow* candidate = PIFIteratorForParser_nextCandidate(this_, group);
+        group->hasResumeRow = 0;
         if (candidate == nullptr) {
             endGroup(group);
             return;

@@ -153,6 +153,19 @@ void planTrim(RowPlan* plan, const GroupMemberTableRow& row) {
     }
 }
 
+// One unaligned text whose bytes or characters are counted by a constant. Bytes implied by the type are left
+// out, since they need a test of the encoding.
+bool isPlainText(const RowPlan& plan, const GroupMemberTableRow& row) {
+    if (plan.unsupported != nullptr || plan.kind != ITEM_SIMPLE_ELEMENT) return false;
+    const bool once = row.effectiveMinOccurs == 1 && row.effectiveMaxOccurs == 1;
+    const bool framed = (row.flags & (GM_LEADING_ALIGNMENT | GM_TRAILING_ALIGNMENT)) != 0;
+    const bool counted =
+        (plan.lengthKind == EXPLICIT && plan.units == BYTES) ||
+        ((plan.lengthKind == EXPLICIT || plan.lengthKind == IMPLICIT) && plan.units == CHARACTERS);
+    return once && !framed && counted && plan.length >= 1 && plan.length <= MOST_PLAIN_TEXT &&
+           plan.trim != TRIM_BYTE && plan.padCharacter[1] == 0;
+}
+
 RowPlan planRow(const GroupMemberTableRow& row) {
     RowPlan plan{};
     plan.kind = itemKind(row);
@@ -161,6 +174,7 @@ RowPlan planRow(const GroupMemberTableRow& row) {
     plan.needsAlignment = (row.flags & GM_LEADING_ALIGNMENT) != 0;
     planLength(&plan, row);
     planTrim(&plan, row);
+    plan.isPlainText = isPlainText(plan, row);
     return plan;
 }
 

@@ -14,12 +14,16 @@ enum TrimKind : uint8_t { TRIM_NONE, TRIM_CHARACTER, TRIM_BYTE };
 
 // What the walk has to know of a member at each occurrence, worked out once per parser and grammar, so that
 // the hot loop looks at a few adjacent words instead of half a dozen property rows.
+// Units of the longest text that the short road takes.
+inline constexpr int32_t MOST_PLAIN_TEXT = 1000;
+
 struct RowPlan {
     const char* unsupported;  // what of the member this parser cannot do; null: all well
     int64_t length;           // constant length in `units`
     int32_t units;            // MLengthUnitsEnum
     int32_t encodingIndex;
     int32_t lengthKind;
+    uint8_t isPlainText;     // one occurrence of a text that the short road may take
     uint8_t needsAlignment;  // an alignment row that has something to do
     TrimKind trim;
     uint8_t trimLeading;

@@ -76,8 +76,15 @@ bool finishMessage(DFDLParserImpl* parser) {
     return true;
 }
 
+// A stepped parse makes one step at a time; who watches a parse sees every part of it.
+bool mayRunAhead(const DFDLParserImpl* parser) {
+    return parser->context->userTraceOn == 0 && parser->userRegionHandler == nullptr &&
+           parser->validationEnabled == 0;
+}
+
 bool parseMessage(DFDLParserImpl* parser) {
     startDocument(parser);
+    parser->iterator->runsAhead = mayRunAhead(parser) ? 1U : 0U;
     ContextItemForParser* root = parser->iterator->currentItem;
     if (root != nullptr) root->functions->processAll(root);
     if (failed(parser)) {
@@ -105,6 +112,7 @@ int parseAll(DFDLParserImpl* parser, int* result) {
 }
 
 bool step(DFDLParserImpl* parser) {
+    parser->iterator->runsAhead = 0;
     const bool over = PIFIteratorForParser_move(parser->iterator);
     if (failed(parser)) {
         abandonWalk(parser);

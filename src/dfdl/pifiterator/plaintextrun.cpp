@@ -1,0 +1,94 @@
+#include <algorithm>
+
+#include "dfdl/buffer/buffermanager.h"
+#include "dfdl/converters/charsetmanager.h"
+#include "dfdl/converters/dfdlcharset.h"
+#include "dfdl/foundation/context.h"
+#include "dfdl/foundation/processingerror.h"
+#include "dfdl/pif/elementtable.h"
+#include "dfdl/pif/groupmembertable.h"
+#include "dfdl/pifiterator/pifiteratorforparser.h"
+#include "dfdl/processor/dochandlereventbuffer.h"
+
+namespace {
+
+constexpr uint32_t STRING_VALUE = 0;  // type code of the value callback
+
+struct Text {
+    UChar* chars;
+    int32_t length;
+};
+
+// No limit lies within the bytes, and no character limit is open.
+bool isOpenGround(const BufferManager* buffer, int64_t bytes) {
+    if (buffer->charTrackerCount != 0) return false;
+    return buffer->bitLimit < 1 || buffer->bitPosition + 8 * bytes <= buffer->bitLimit;
+}
+
+Text trim(const RowPlan& plan, UChar* chars, int32_t length) {
+    UChar* start = chars;
+    UChar* end = chars + length;
+    const UChar pad = plan.padCharacter[0];
+    if (plan.trim == TRIM_CHARACTER) {
+        if (plan.trimLeading != 0)
+            start = std::find_if(start, end, [pad](UChar unit) { return unit != pad; });
+        if (plan.trimTrailing != 0) {
+            while (end > start && end[-1] == pad) --end;
+        }
+    }
+    *end = 0;
+    return {start, static_cast<int32_t>(end - start)};
+}
+
+void deliver(DocHandlerAdapter* adapter, const GroupMemberTableRow* row, const Text& text, int64_t startBit,
+             int64_t endBit) {
+    const ElementTableRow* element = row->elementRow;
+    DocHandlerAdapter_startElement(adapter, element->element_id, element->name, element->namespaceId,
+                                   element->namespace_, row->scdText, startBit);
+    DFDLDocHandlerImpl* handler = adapter->docHandler;
+    if (handler->elementStringValue != nullptr) {
+        handler->elementStringValue(handler, text.chars, text.length, STRING_VALUE);
+    }
+    DocHandlerAdapter_endElement(adapter, endBit);
+}
+
+// A byte order mark may stand here.
+bool mayHaveMark(const BufferManager* buffer, DFDLCharset* charset) {
+    return buffer->bomChecked == 0 && DFDLCharset_canHaveBOM(charset);
+}
+
+// False, with nothing moved, if the text needs the general road.
+bool parsePlainText(PIFIteratorForParser* iterator, const GroupMemberTableRow* row) {
+    const RowPlan& plan = iterator->plans[row->rowIndex];
+    BufferManager* buffer = iterator->bufferManager;
+    const auto length = static_cast<int32_t>(plan.length);
+    const uint8_t* bytes = BufferManager_peekBytes(buffer, length);
+    if (bytes == nullptr || !isOpenGround(buffer, length)) return false;
+    DFDLCharset* charset = CharsetManager_getDFDLEncoding(iterator->charsetManager, plan.encodingIndex);
+    if (charset == nullptr || mayHaveMark(buffer, charset)) return false;
+    if (!DFDLCharset_decodeDirectly(charset, bytes, length, iterator->plainText)) return false;
+    const int64_t startBit = buffer->bitPosition;
+    buffer->currentBuffer->position += length;
+    buffer->bitPosition += 8 * static_cast<int64_t>(length);
+    buffer->charPosition += length;
+    deliver(iterator->eventBuffer->adapter, row, trim(plan, iterator->plainText, length), startBit,
+            buffer->bitPosition);
+    return true;
+}
+
+}  // namespace
+
+void PIFIteratorForParser_runPlainTexts(PIFIteratorForParser* this_, ContextItemForParser* group) {
+    if (this_->hiddenDepth != 0 || !DocHandlerEventBuffer_isDirect(this_->eventBuffer)) return;
+    const GroupMemberTableRow* first = PIFIteratorForParser_nextCandidate(this_, group);
+    const GroupMemberTableRow* row = first;
+    while (row != nullptr && this_->plans[row->rowIndex].isPlainText != 0 && parsePlainText(this_, row)) {
+        row = row->nextSibling;
+    }
+    // What a converter that cannot be opened has left is raised again, in its own words, by the general road.
+    ProcessingError_reset(this_->context->currentError);
+    if (row == first) return;
+    ContextItemForParser_setOrderedChild(group, nullptr);
+    group->resumeRow = row;
+    group->hasResumeRow = 1;
+}

@@ -1,0 +1,104 @@
+// The short roads against the plain one, on random grammars and data.
+#include <gtest/gtest.h>
+
+#include <memory>
+#include <random>
+#include <string>
+
+#include "support/grammarbuilder.h"
+#include "support/parserrun.h"
+
+namespace {
+
+constexpr uint32_t SEED = 20260811;
+constexpr int ROUNDS = 400;
+
+class RandomMessage {
+  public:
+    explicit RandomMessage(uint32_t seed) : random_(seed) {}
+
+    int below(int bound) { return static_cast<int>(random_() % static_cast<uint32_t>(bound)); }
+
+    void fill(GrammarHandle group, int depth) {
+        for (int members = 1 + below(6); members > 0; --members) {
+            if (depth < 3 && below(5) == 0) {
+                fill(below(2) == 0 ? group.sequence() : group.complexElement("g"), depth + 1);
+            } else {
+                text(group);
+            }
+        }
+    }
+
+    // Bytes that mostly fit the members, with characters of several bytes and bad ones strewn in.
+    std::string data() {
+        std::string result;
+        const int cutOff = below(8) == 0 ? below(40) : 0;
+        for (const int count : lengths_) {
+            for (int i = 0; i < 2 * count + 2; ++i) result += character();
+        }
+        return result.substr(0, result.size() - std::min(result.size(), static_cast<size_t>(cutOff)));
+    }
+
+  private:
+    void text(GrammarHandle group) {
+        static constexpr const char* ENCODINGS[] = {"UTF-8",     "US-ASCII", "ISO-8859-1", "ibm-037",
+                                                    "Shift_JIS", "UTF-16BE", "UTF-8",      "UTF-8"};
+        static constexpr const char* PADS[] = {"%SP;", "0", "%#x00;", "x"};
+        auto field = group.text("f" + std::to_string(lengths_.size())).encoding(ENCODINGS[below(8)]);
+        const int length = 1 + below(below(4) == 0 ? 40 : 12);
+        field = below(2) == 0 ? field.bytes(length) : field.characters(length);
+        const char* pad = PADS[below(4)];
+        switch (below(4)) {
+            case 0:
+                field.trimLeft(pad);
+                break;
+            case 1:
+                field.trimRight(pad);
+                break;
+            case 2:
+                field.trimBoth(pad);
+                break;
+            default:
+                break;
+        }
+        if (below(10) == 0) field.align(2);
+        if (below(6) == 0) field.occurs(2, 2).occursFixed();
+        lengths_.push_back(length);
+    }
+
+    std::string character() {
+        static constexpr const char* RARE[] = {"\xC3\xA9", "\xE2\x82\xAC", "\xF0\x9F\x98\x80", "\xFF",
+                                               "\x83\x41"};
+        const int kind = below(dense_ ? 6 : 60);
+        if (kind == 0) return RARE[below(5)];
+        if (kind < 3) return " ";
+        return std::string(1, static_cast<char>("0x aBc"[below(6)]));
+    }
+
+    std::mt19937 random_;
+    std::vector<int> lengths_;
+    bool dense_ = random_() % 4 == 0;
+};
+
+TEST(Roads, DeliverTheSame) {
+    int parsed = 0;
+    for (uint32_t round = 0; round < ROUNDS; ++round) {
+        RandomMessage message(SEED + round);
+        GrammarBuilder builder;
+        message.fill(builder.complexElement("r"), 0);
+        const std::unique_ptr<DFDLGrammar, decltype(&delete_DFDLGrammar)> grammar(builder.load(),
+                                                                                  delete_DFDLGrammar);
+        const std::string data = message.data();
+        ParserOptions options;
+        options.ignoreTrailingData = true;
+        const ParserRun ahead = runParser(grammar.get(), u"r", data, options);
+        parsed += ahead.parsed ? 1 : 0;
+        for (const ParserRoad road : {ParserRoad{0, true}, ParserRoad{3, false}, ParserRoad{17, false}}) {
+            EXPECT_EQ(ahead, runParser(grammar.get(), u"r", data, options, road))
+                << "seed " << SEED + round << ", pieces of " << road.piece << ", stepped " << road.step;
+        }
+    }
+    EXPECT_GT(parsed, ROUNDS / 4) << "the data should fit often enough to test what is delivered";
+}
+
+}  // namespace
