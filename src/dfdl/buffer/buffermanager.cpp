@@ -240,8 +240,22 @@ void BufferManager_releaseUnusedBuffers(BufferManager* this_) {
     if (ArrayList_isEmpty(this_->buffers)) this_->currentBuffer = nullptr;
 }
 
-bool BufferManager_crossesLimit(const BufferManager* this_) {
-    return this_->bitLimit >= 1 && this_->bitPosition > this_->bitLimit;
+DFDLByteBufferImpl* BufferManager_unreadBuffer(BufferManager* this_) {
+    DFDLByteBufferImpl* buffer = this_->currentBuffer;
+    if (buffer == nullptr) buffer = BufferManager_nextBuffer(this_, nullptr, true);
+    while (buffer != nullptr && DFDLByteBufferImpl_remaining(buffer) <= 0) {
+        buffer = BufferManager_nextBuffer(this_, buffer, true);
+    }
+    return buffer;
+}
+
+bool BufferManager_loadBytes(BufferManager* this_, int64_t bytes) {
+    while (this_->totalBytesLoaded < bytes) {
+        const int32_t count = this_->buffers->count;
+        DFDLByteBufferImpl* newest = count == 0 ? nullptr : chainAt(this_, count - 1);
+        if (BufferManager_nextBuffer(this_, newest, false) == nullptr) return false;
+    }
+    return true;
 }
 
 void BufferManager_raise(BufferManager* this_, const char* key, const GroupMemberTableRow* element) {
@@ -250,7 +264,7 @@ void BufferManager_raise(BufferManager* this_, const char* key, const GroupMembe
 
 void BufferManager_raiseAt(BufferManager* this_, const char* key, int64_t bytePosition,
                            const GroupMemberTableRow* element) {
-    const DFDLUString* name = element == nullptr ? nullptr : GroupMemberTableRow_getElementName(element);
+    const DFDLUString* name = GroupMemberTableRow_getElementName(element);
     ProcessingError* error = this_->context->currentError;
     if (key == DFDLParser_endOfDataForParentStructure) {
         ProcessingError_setValues(error, __FILE__, __LINE__, key, ERROR_PROCESSING, SUBKIND_LACK_OF_DATA,

@@ -186,9 +186,15 @@ void BufferManager_throwInsufficientDataException(BufferManager* this_, int64_t 
                                                   int64_t amount, const GroupMemberTableRow* element);
 // The next buffer of the chain, fetched if need be; null at the end. `move` makes it current.
 DFDLByteBufferImpl* BufferManager_nextBuffer(BufferManager* this_, DFDLByteBufferImpl* current, bool move);
+// Moves to the buffer with the next unread byte; null at the end of the data.
+DFDLByteBufferImpl* BufferManager_unreadBuffer(BufferManager* this_);
+// Loads, without moving, until so many bytes of the stream have been; false if there are fewer.
+bool BufferManager_loadBytes(BufferManager* this_, int64_t bytes);
 void BufferManager_setCurrentBuffer(BufferManager* this_, DFDLByteBufferImpl* buffer);
 void BufferManager_releaseUnusedBuffers(BufferManager* this_);
-bool BufferManager_crossesLimit(const BufferManager* this_);
+inline bool BufferManager_crossesLimit(const BufferManager* this_) {
+    return this_->bitLimit >= 1 && this_->bitPosition > this_->bitLimit;
+}
 void BufferManager_popTracker(BufferManager* this_);  // and the limits of the scope below are back
 
 #endif

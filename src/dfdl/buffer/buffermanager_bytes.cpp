@@ -8,6 +8,7 @@
 #include "dfdl/foundation/arraylist.h"
 #include "dfdl/foundation/context.h"
 #include "dfdl/foundation/processingerror.h"
+#include "dfdl/foundation/tracehandleradapter.h"
 #include "dfdl/pif/groupmembertable.h"
 
 namespace {
@@ -24,15 +25,15 @@ DFDLByteBufferImpl* bufferAt(BufferManager* manager, int64_t byteOffset, bool mo
     return buffer;
 }
 
-// Goes on in the buffers behind `buffer`; the bytes copied there.
-int64_t copyOn(BufferManager* manager, DFDLByteBufferImpl* buffer, uint8_t* target, int64_t count,
-               bool advance) {
+// Copies from a byte offset, which lies in `buffer`, on through the buffers behind it; the bytes copied.
+int64_t copyFrom(BufferManager* manager, DFDLByteBufferImpl* buffer, uint8_t* target, int64_t count,
+                 int64_t byteOffset, bool advance) {
     int64_t copied = 0;
-    while (copied < count) {
-        DFDLByteBufferImpl* next = BufferManager_nextBuffer(manager, buffer, advance);
-        if (next == nullptr || (next->isLast != 0 && next->size == 0)) break;
-        copied += DFDLByteBufferImpl_getBytes(next, target + copied, 0, count - copied, advance);
-        buffer = next;
+    while (buffer != nullptr) {
+        copied += DFDLByteBufferImpl_getBytes(
+            buffer, target + copied, byteOffset + copied - buffer->streamStart, count - copied, advance);
+        if (copied == count) break;
+        buffer = BufferManager_nextBuffer(manager, buffer, advance);
     }
     return copied;
 }
@@ -62,11 +63,13 @@ bool isGroupRow(const GroupMemberTableRow* element) {
 }
 
 void raiseShortGroup(BufferManager* manager, const GroupMemberTableRow* element) {
-    const UChar* kind = element->iPhysicalType == GROUP_CHOICE ? u"choice" : u"sequence";
-    ProcessingError_setValues(manager->context->currentError, __FILE__, __LINE__,
-                              DFDLParser_bufferOverflowSequenceGroup, ERROR_PROCESSING, SUBKIND_LACK_OF_DATA,
-                              "%lld%Z%S", static_cast<long long>(BufferManager_bytePosition(manager)),
-                              GroupMemberTableRow_getGroupName(element), kind);
+    const DFDLUString* name = GroupMemberTableRow_getElementName(element);
+    if (name == nullptr) name = GroupMemberTableRow_getGroupName(element);
+    ProcessingError_setValues(
+        manager->context->currentError, __FILE__, __LINE__, DFDLParser_bufferOverflowSequenceGroup,
+        ERROR_PROCESSING, SUBKIND_LACK_OF_DATA, "%lld%Z%S",
+        static_cast<long long>(BufferManager_bytePosition(manager)), name,
+        TracehandlerAdapter_getPhysicalTypeAsString(manager->trace, element->iPhysicalType));
 }
 
 int64_t skipByUnits(BufferManager* manager, const GroupMemberTableRow* element, int32_t units,
@@ -89,10 +92,8 @@ int64_t BufferManager_read(BufferManager* this_, uint8_t* target, int64_t count,
                            bool advance) {
     if (count <= 0) return 0;
     DFDLByteBufferImpl* buffer = bufferAt(this_, byteOffset, advance);
-    if (buffer == nullptr || byteOffset > buffer->streamEnd) return 0;
-    int64_t copied =
-        DFDLByteBufferImpl_getBytes(buffer, target, byteOffset - buffer->streamStart, count, advance);
-    if (copied < count) copied += copyOn(this_, buffer, target + copied, count - copied, advance);
+    if (buffer == nullptr || byteOffset > buffer->streamEnd || byteOffset < buffer->streamStart) return 0;
+    const int64_t copied = copyFrom(this_, buffer, target, count, byteOffset, advance);
     if (advance) this_->bitPosition += 8 * copied;
     return copied;
 }
@@ -148,7 +149,7 @@ int64_t BufferManager_skipBytes(BufferManager* this_, int64_t bytes, const Group
     const int64_t skipped = skipInBuffers(this_, bytes);
     this_->bitPosition += 8 * skipped;
     if (skipped == bytes && !BufferManager_crossesLimit(this_)) return bytes;
-    raiseShortage(this_, start, BYTES, bytes, element);
+    raiseShortage(this_, skipped == bytes ? BufferManager_bytePosition(this_) : start, BYTES, bytes, element);
     return -1;
 }
 
@@ -160,8 +161,10 @@ int64_t BufferManager_skipBits(BufferManager* this_, int64_t bits, const GroupMe
     const int64_t bytes = (offset + bits) >> 3;
     const int64_t skipped = bytes == 0 ? 0 : skipInBuffers(this_, bytes);
     this_->bitPosition += skipped == bytes ? bits : skipped * 8;
-    if (skipped == bytes && !BufferManager_crossesLimit(this_)) return bits;
-    raiseShortage(this_, start, BITS, bits, element);
+    // A byte that is entered only must be there too.
+    const bool there = skipped == bytes && BufferManager_loadBytes(this_, (this_->bitPosition + 7) >> 3);
+    if (there && !BufferManager_crossesLimit(this_)) return bits;
+    raiseShortage(this_, skipped == bytes ? BufferManager_bytePosition(this_) : start, BITS, bits, element);
     return -1;
 }
 
@@ -181,7 +184,7 @@ int64_t BufferManager_skipData(BufferManager* this_, const GroupMemberTableRow* 
 void BufferManager_throwInsufficientDataException(BufferManager* this_, int64_t bytePosition, int32_t units,
                                                   int64_t amount, const GroupMemberTableRow* element) {
     ProcessingError* error = this_->context->currentError;
-    const DFDLUString* name = element == nullptr ? nullptr : GroupMemberTableRow_getElementName(element);
+    const DFDLUString* name = GroupMemberTableRow_getElementName(element);
     if (this_->mode == BUFFER_PARSER) {
         ProcessingError_setValues(error, __FILE__, __LINE__, DFDLParser_bufferOverflow, ERROR_PROCESSING,
                                   SUBKIND_LACK_OF_DATA, "%lld%Z", static_cast<long long>(bytePosition), name);
@@ -195,8 +198,8 @@ void BufferManager_throwInsufficientDataException(BufferManager* this_, int64_t 
     }
     const auto* top =
         static_cast<LengthTracker*>(ArrayList_get(this_->lengthTrackers, this_->lengthTrackers->count - 1));
-    ProcessingError_setValues(
-        error, __FILE__, __LINE__, DFDLUnParser_dataExceedsParentStructure, ERROR_PROCESSING, SUBKIND_NONE,
-        "%Z%lld%lld%S%Z", name, static_cast<long long>(bytePosition), static_cast<long long>(amount), word,
-        top->element == nullptr ? nullptr : GroupMemberTableRow_getElementName(top->element));
+    ProcessingError_setValues(error, __FILE__, __LINE__, DFDLUnParser_dataExceedsParentStructure,
+                              ERROR_PROCESSING, SUBKIND_NONE, "%Z%lld%lld%S%Z", name,
+                              static_cast<long long>(bytePosition), static_cast<long long>(amount), word,
+                              GroupMemberTableRow_getElementName(top->element));
 }

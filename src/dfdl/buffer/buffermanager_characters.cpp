@@ -17,38 +17,40 @@
 namespace {
 
 constexpr int64_t MOST_CHARACTERS = std::numeric_limits<int32_t>::max() / 4;
-constexpr int32_t PIECE_UNITS = 4096;
 
 // One count of characters: what is wanted, what has been read.
 struct Count {
     BufferManager* manager;
     const GroupMemberTableRow* element;
     int64_t wanted;  // code points still to come
-    int64_t read;    // code points
     bool strict;
-    DFDLUString* text;  // so far; null for none
-    bool done;          // nothing more can come
-    bool failed;
+    int64_t read = 0;  // code points
+    UChar* units = nullptr;
+    int64_t length = 0;
+    int64_t capacity = 0;
+    bool converterUsed = false;
+    bool done = false;  // nothing more can come
+    bool failed = false;
 };
 
-void append(Count* count, const UChar* units, int32_t length) {
-    DFDLHeapAdapter* heap = count->manager->heap;
-    if (length == 0) return;
-    if (count->text == nullptr) {
-        count->text = DFDLUStringPooler_getDFDLUStringFromUChars(heap, units, length);
-        return;
+// Room behind the text for so many units and a terminator. Doubling keeps a text that comes in small pieces
+// from being copied over and over.
+UChar* roomFor(Count* count, int64_t units) {
+    const int64_t needed = count->length + units + 1;
+    if (needed > count->capacity) {
+        DFDLBufferFactory* factory = count->manager->heap->bufferFactory;
+        const int64_t capacity = std::max(needed, 2 * count->capacity);
+        UChar* larger = DFDLBufferFactory_GetUBuffer(factory, capacity);
+        std::copy_n(count->units, count->length, larger);
+        DFDLBufferFactory_FreeUBuffer(factory, count->units);
+        count->units = larger;
+        count->capacity = capacity;
     }
-    DFDLUString* old = count->text;
-    UChar* joined =
-        DFDLBufferFactory_GetUBuffer(heap->bufferFactory, static_cast<int64_t>(old->length) + length + 1);
-    std::copy_n(old->chars, old->length, joined);
-    std::copy_n(units, length, joined + old->length);
-    joined[old->length + length] = 0;
-    count->text = DFDLUStringPooler_getDFDLUStringUseUChars(heap, joined, old->length + length);
-    delete_DFDLUString(old);
+    return count->units + count->length;
 }
 
-void addCharacters(Count* count, int64_t characters) {
+void add(Count* count, int64_t units, int64_t characters) {
+    count->length += units;
     count->read += characters;
     count->wanted -= characters;
     count->manager->charPosition += characters;
@@ -61,118 +63,113 @@ void consume(Count* count, int64_t bytes) {
     count->manager->bitPosition += bytes * 8;
 }
 
-// The buffer with the next unread byte; null at the end of the data.
-const DFDLByteBufferImpl* unreadBuffer(BufferManager* manager) {
-    DFDLByteBufferImpl* buffer = manager->currentBuffer;
-    if (buffer == nullptr) buffer = BufferManager_nextBuffer(manager, nullptr, true);
-    while (buffer != nullptr && DFDLByteBufferImpl_remaining(buffer) <= 0) {
-        buffer = BufferManager_nextBuffer(manager, buffer, true);
-    }
-    return buffer;
-}
-
 // Bytes that are characters by themselves, while the converter is between characters.
 bool takeDirectly(Count* count, const DFDLByteBufferImpl* buffer) {
-    UChar units[PIECE_UNITS];
-    const int64_t bytes =
-        std::min({count->wanted, DFDLByteBufferImpl_remaining(buffer), static_cast<int64_t>(PIECE_UNITS)});
-    if (!DFDLCharset_decodeDirectly(count->manager->currentCharset, buffer->data + buffer->position, bytes,
-                                    units)) {
-        return false;
-    }
-    append(count, units, static_cast<int32_t>(bytes));
+    DFDLCharset* charset = count->manager->currentCharset;
+    if (count->wanted < 1 || !DFDLCharset_hasDirectRoad(charset)) return false;
+    const int64_t bytes = std::min(count->wanted, DFDLByteBufferImpl_remaining(buffer));
+    UChar* target = roomFor(count, bytes);
+    if (!DFDLCharset_decodeDirectly(charset, buffer->data + buffer->position, bytes, target)) return false;
     consume(count, bytes);
-    addCharacters(count, bytes);
+    add(count, bytes, bytes);
     return true;
 }
 
-void raiseCoding(Count* count, int64_t byteOffset) {
+void raiseCoding(Count* count) {
     Context* context = count->manager->context;
     ProcessingError_reset(context->currentError);
     ProcessingError_setValues(context->currentError, __FILE__, __LINE__, DFDLParser_characterCodingException,
                               ERROR_PROCESSING, SUBKIND_LACK_OF_DATA, "%lld%Z",
-                              static_cast<long long>(byteOffset), count->manager->currentCharset->name);
+                              static_cast<long long>(BufferManager_bytePosition(count->manager)),
+                              count->manager->currentCharset->name);
     count->failed = true;
 }
 
-bool isBadSequence(UErrorCode status) {
-    return status == U_TRUNCATED_CHAR_FOUND || status == U_ILLEGAL_CHAR_FOUND;
-}
-
-bool isByteThere(Count* count, int64_t byteOffset) {
-    BufferManager_peekByte(count->manager, byteOffset, count->element);
-    if (!ProcessingError_isSet(count->manager->context->currentError)) return true;
-    ProcessingError_reset(count->manager->context->currentError);
-    return false;
-}
-
-// A sequence so near the end of the data that it may be a character cut off by it ends the text; other bad data
-// are an error, or the quiet end. Where the data end is asked of the stream, not of the buffer at hand.
-void judge(Count* count, UErrorCode status, int64_t badOffset) {
+// Bad data, and a character cut off by the end of the data, end the text: with an error, or quietly. The
+// position is where they begin.
+void judge(Count* count, UErrorCode status) {
     if (U_SUCCESS(status) || status == U_BUFFER_OVERFLOW_ERROR) return;
-    const bool cutOff =
-        isBadSequence(status) && !isByteThere(count, badOffset + count->manager->maxBytesPerChar - 1);
     count->done = true;
-    if (count->strict && !cutOff) {
-        raiseCoding(count, badOffset);
-    } else if (!cutOff) {
+    if (count->strict) {
+        raiseCoding(count);
+    } else {
         count->manager->malformedSeen = 1;
     }
 }
 
-// At most as many units as characters are wanted, so that no byte of a later character is consumed. Where the
-// last unit is the first half of a pair the converter holds the other half ready.
-void takeThroughICU(Count* count, const DFDLByteBufferImpl* buffer) {
+// Whether the text ends with half of a character whose other half has yet to come.
+bool isInsidePair(const Count* count) {
+    return count->length > 0 && U16_IS_LEAD(count->units[count->length - 1]);
+}
+
+// Code points that so many units behind the text add to it.
+int64_t countAdded(const Count* count, int64_t units) {
+    const UChar* added = count->units + count->length;
+    const int32_t characters = u_countChar32(added, static_cast<int32_t>(units));
+    return isInsidePair(count) && units > 0 && U16_IS_TRAIL(added[0]) ? characters - 1 : characters;
+}
+
+// One decode of the unread bytes of a buffer.
+struct Pass {
+    const char* at;
+    const char* end;
+    UChar* target;
+    UErrorCode status;
+};
+
+void decode(Count* count, Pass* pass, const UChar* limit, bool flush) {
+    pass->status = U_ZERO_ERROR;
+    ucnv_toUnicode(count->manager->decoder, &pass->target, limit, &pass->at, pass->end, nullptr, flush,
+                   &pass->status);
+}
+
+// At most as many units as characters are wanted, so that no byte of a later character is consumed; and one
+// more where that would cut a pair. Returns whether the converter is between characters afterwards.
+bool takeThroughICU(Count* count, const DFDLByteBufferImpl* buffer) {
     BufferManager* manager = count->manager;
-    UChar units[PIECE_UNITS + 1];
-    const auto most = static_cast<int32_t>(std::min<int64_t>(count->wanted, PIECE_UNITS));
-    const char* bytes = reinterpret_cast<const char*>(buffer->data + buffer->position);
     const int64_t available = DFDLByteBufferImpl_remaining(buffer);
-    const char* at = bytes;
-    UChar* target = units;
-    UErrorCode status = U_ZERO_ERROR;
+    // A byte is at most two units; a few more may come from bytes that the converter holds.
+    const int64_t most = std::clamp<int64_t>(count->wanted, 1, 2 * available + 8);
+    UChar* units = roomFor(count, most + 1);
+    const char* bytes = reinterpret_cast<const char*>(buffer->data + buffer->position);
+    Pass pass{bytes, bytes + available, units, U_ZERO_ERROR};
     manager->charsetManager->badByteCount = 0;
-    const bool flush = buffer->isLast != 0;
-    ucnv_toUnicode(manager->decoder, &target, units + most, &at, bytes + available, nullptr, flush, &status);
-    if (target > units && U16_IS_LEAD(target[-1]) &&
-        (status == U_BUFFER_OVERFLOW_ERROR || target == units + most)) {
-        const char* nothing = at;
-        status = U_ZERO_ERROR;
-        ucnv_toUnicode(manager->decoder, &target, units + most + 1, &nothing, at, nullptr, false, &status);
+    count->converterUsed = true;
+    decode(count, &pass, units + most, buffer->isLast != 0);
+    if (pass.target == units + most && U16_IS_LEAD(pass.target[-1])) {
+        decode(count, &pass, units + most + 1, buffer->isLast != 0);
     }
-    const int64_t consumed = at - bytes - manager->charsetManager->badByteCount;
-    const auto length = static_cast<int32_t>(target - units);
-    const int64_t badOffset = BufferManager_bytePosition(manager) + consumed;
-    append(count, units, length);
-    consume(count, consumed);
-    addCharacters(count, u_countChar32(units, length));
-    judge(count, status, badOffset);
-    if (consumed <= 0 && length == 0) count->done = true;
-}
-
-bool isInsideCharacter(const UConverter* decoder) {
+    consume(count, pass.at - bytes - manager->charsetManager->badByteCount);
+    add(count, pass.target - units, countAdded(count, pass.target - units));
+    judge(count, pass.status);
     UErrorCode status = U_ZERO_ERROR;
-    return ucnv_toUCountPending(decoder, &status) > 0;
+    return pass.status == U_ZERO_ERROR && ucnv_toUCountPending(manager->decoder, &status) == 0;
 }
 
-// The bytes of a character that the end of the data cut off count as unread, whatever buffers they came in.
-void leaveCutOffCharacter(Count* count) {
-    UErrorCode status = U_ZERO_ERROR;
-    const int32_t pending = ucnv_toUCountPending(count->manager->decoder, &status);
-    if (U_SUCCESS(status) && pending > 0) count->manager->bitPosition -= 8 * static_cast<int64_t>(pending);
+// The data ended behind a buffer that was not the last when it was read: a character may have been cut off.
+void flush(Count* count) {
+    char nothing = 0;
+    UChar* units = roomFor(count, 1);
+    Pass pass{&nothing, &nothing, units, U_ZERO_ERROR};
+    count->manager->charsetManager->badByteCount = 0;
+    decode(count, &pass, units + 1, true);
+    consume(count, -count->manager->charsetManager->badByteCount);
+    judge(count, pass.status);
 }
 
+// Every read begins and ends between characters and in the converter's first state, so that going back to a
+// mark, and where buffers end, make no difference.
 void readCharacters(Count* count) {
     bool betweenCharacters = true;
-    while (count->wanted > 0 && !count->done) {
-        const DFDLByteBufferImpl* buffer = unreadBuffer(count->manager);
+    while (!count->done && (count->wanted > 0 || isInsidePair(count))) {
+        const DFDLByteBufferImpl* buffer = BufferManager_unreadBuffer(count->manager);
         if (buffer == nullptr) break;
         if (betweenCharacters && takeDirectly(count, buffer)) continue;
-        takeThroughICU(count, buffer);
-        betweenCharacters = !isInsideCharacter(count->manager->decoder);
+        betweenCharacters = takeThroughICU(count, buffer);
     }
-    if (count->wanted > 0 && !count->failed) leaveCutOffCharacter(count);
-    if (count->wanted > 0 || count->failed) ucnv_resetToUnicode(count->manager->decoder);
+    if (!count->converterUsed) return;
+    if (!count->done && count->wanted > 0) flush(count);
+    ucnv_resetToUnicode(count->manager->decoder);
 }
 
 const char* limitKey(BufferManager* manager) {
@@ -200,9 +197,19 @@ void takeMark(Count* count) {
     BufferManager* manager = count->manager;
     if (manager->canHaveBOM == 0 || manager->bomChecked != 0 || count->wanted < 1) return;
     if (BufferManager_decodeBOM(manager, count->element) <= 0) return;
-    const UChar mark = 0xFEFF;
-    append(count, &mark, 1);
-    addCharacters(count, 1);
+    *roomFor(count, 1) = 0xFEFF;
+    add(count, 1, 1);
+}
+
+// The text read, the caller's; null if there is none, or none may be given.
+DFDLUString* takeText(Count* count) {
+    DFDLHeapAdapter* heap = count->manager->heap;
+    if (count->failed || count->length == 0) {
+        DFDLBufferFactory_FreeUBuffer(heap->bufferFactory, count->units);
+        return nullptr;
+    }
+    count->units[count->length] = 0;
+    return DFDLUStringPooler_getDFDLUStringUseUChars(heap, count->units, static_cast<int32_t>(count->length));
 }
 
 }  // namespace
@@ -216,14 +223,12 @@ DFDLUString* BufferManager_readCharacterData(BufferManager* this_, int32_t encod
         BufferManager_raise(this_, DFDLParser_bufferOverflow, element);
         return nullptr;
     }
-    Count count{this_, element, charCount, 0, strict, nullptr, false, false};
+    Count count{this_, element, charCount, strict};
     takeMark(&count);
     readCharacters(&count);
     checkLimits(&count);
     *charsRead = count.read;
-    if (!count.failed) return count.text;
-    delete_DFDLUString(count.text);
-    return nullptr;
+    return takeText(&count);
 }
 
 int64_t BufferManager_skipCharacters(BufferManager* this_, int32_t encodingIndex, int64_t count,

@@ -30,14 +30,9 @@ bool BufferManager_endOfScopedDataStream(BufferManager* this_) {
 
 bool BufferManager_endOfDataStream(BufferManager* this_) {
     if (this_->documentBitLength >= 0) return this_->documentBitLength - this_->bitPosition < 8;
-    DFDLByteBufferImpl* buffer = this_->currentBuffer;
-    if (buffer == nullptr) buffer = BufferManager_nextBuffer(this_, nullptr, true);
-    if ((this_->bitPosition & 7) != 0) {
-        this_->bitPosition = (this_->bitPosition | 7) + 1;
-        if (buffer != nullptr && DFDLByteBufferImpl_remaining(buffer) > 0) ++buffer->position;
-    }
-    while (buffer != nullptr && DFDLByteBufferImpl_remaining(buffer) <= 0) {
-        buffer = BufferManager_nextBuffer(this_, buffer, true);
-    }
-    return buffer == nullptr;
+    DFDLByteBufferImpl* buffer = BufferManager_unreadBuffer(this_);
+    if ((this_->bitPosition & 7) == 0) return buffer == nullptr;
+    this_->bitPosition = (this_->bitPosition | 7) + 1;
+    if (buffer != nullptr) ++buffer->position;
+    return BufferManager_unreadBuffer(this_) == nullptr;
 }

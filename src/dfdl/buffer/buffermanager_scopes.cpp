@@ -7,8 +7,8 @@
 #include "dfdl/foundation/context.h"
 #include "dfdl/foundation/dfdlustring.h"
 #include "dfdl/foundation/processingerror.h"
-#include "dfdl/foundation/tracehandleradapter.h"
 #include "dfdl/pif/groupmembertable.h"
+#include "dfdl/pif/rowtrace.h"
 
 namespace {
 
@@ -102,10 +102,9 @@ int64_t remainder(BufferManager* manager, LengthTracker* tracker) {
 
 void traceSkippedChoice(BufferManager* manager, const GroupMemberTableRow* element) {
     if (manager->context->userTraceOn == 0 || element->iPhysicalType != GROUP_CHOICE) return;
-    TraceSubject subject;
-    subject.designator = element->scdText == nullptr ? nullptr : element->scdText->chars;
-    TraceHandlerAdapter_userTraceInfo(manager->trace, subject, ut_DFDLParser_SkippedDataFixedLengthChoice,
-                                      "%lld%Z", static_cast<long long>(BufferManager_bytePosition(manager)),
+    TraceHandlerAdapter_userTraceInfo(manager->trace, element, nullptr,
+                                      ut_DFDLParser_SkippedDataFixedLengthChoice, "%lld%Z",
+                                      static_cast<long long>(BufferManager_bytePosition(manager)),
                                       GroupMemberTableRow_getElementName(element));
 }
 

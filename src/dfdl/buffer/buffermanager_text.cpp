@@ -11,9 +11,9 @@
 #include "dfdl/foundation/dfdlbufferfactory.h"
 #include "dfdl/foundation/dfdlustring.h"
 #include "dfdl/foundation/processingerror.h"
-#include "dfdl/foundation/tracehandleradapter.h"
 #include "dfdl/pif/groupmembertable.h"
 #include "dfdl/pif/pifphysicalpropertyhelper.h"
+#include "dfdl/pif/rowtrace.h"
 
 namespace {
 
@@ -46,6 +46,9 @@ bool mayHaveMark(const BufferManager* manager) {
     return manager->canHaveBOM != 0 && manager->bomChecked == 0;
 }
 
+// Up to this many bytes memory is taken before it is known that they are there.
+constexpr int64_t TRUSTED_BYTES = 65536;
+
 // The next bytes, in place or in a copy; moves over them. Null with an error.
 class TakenBytes {
   public:
@@ -72,11 +75,10 @@ class TakenBytes {
     const uint8_t* get() const { return bytes_; }
 
   private:
-    // How much there can be is asked before memory is taken for it: the count may be hostile.
+    // The count may be hostile: a large one is not believed before the bytes are there.
     void copyBytes(int64_t count, const GroupMemberTableRow* element) {
-        const int64_t limit = manager_->documentBitLength;
         const int64_t start = BufferManager_bytePosition(manager_);
-        if (limit < 0 || count <= (limit >> 3) - start) {
+        if (count <= TRUSTED_BYTES || BufferManager_loadBytes(manager_, start + count)) {
             copy_ = BufferManager_allocateBytes(manager_, count);
             if (BufferManager_read(manager_, copy_, count, start, true) == count) bytes_ = copy_;
         }
@@ -89,6 +91,7 @@ class TakenBytes {
 };
 
 DFDLUString* decodeDirectly(BufferManager* manager, const uint8_t* bytes, int64_t count) {
+    if (!DFDLCharset_hasDirectRoad(manager->currentCharset)) return nullptr;
     UChar* units = DFDLBufferFactory_GetUBuffer(manager->heap->bufferFactory, count + 1);
     if (!DFDLCharset_decodeDirectly(manager->currentCharset, bytes, count, units)) {
         DFDLBufferFactory_FreeUBuffer(manager->heap->bufferFactory, units);
@@ -101,12 +104,11 @@ DFDLUString* decodeDirectly(BufferManager* manager, const uint8_t* bytes, int64_
 void traceDroppedTail(BufferManager* manager, const GroupMemberTableRow* element, int64_t tail,
                       int64_t count) {
     if (tail == 0 || manager->context->userTraceOn == 0) return;
-    const TraceSubject subject;
-    TraceHandlerAdapter_userTraceInfo(
-        manager->trace, subject, ut_DFDLParser_SkippedRemainingBytes, "%lld%Z%lld%lld",
-        static_cast<long long>(BufferManager_bytePosition(manager) - tail),
-        element == nullptr ? nullptr : GroupMemberTableRow_getElementName(element),
-        static_cast<long long>(tail), static_cast<long long>(count));
+    TraceHandlerAdapter_userTraceInfo(manager->trace, element, nullptr, ut_DFDLParser_SkippedRemainingBytes,
+                                      "%lld%Z%lld%lld",
+                                      static_cast<long long>(BufferManager_bytePosition(manager) - tail),
+                                      GroupMemberTableRow_getElementName(element),
+                                      static_cast<long long>(tail), static_cast<long long>(count));
 }
 
 DFDLUString* decodeThroughICU(BufferManager* manager, const uint8_t* bytes, int64_t count,
@@ -195,8 +197,7 @@ bool BufferManager_initializeEncoderDecoders(BufferManager* this_, int32_t encod
         ProcessingError_reset(this_->context->currentError);
         ProcessingError_setValues(this_->context->currentError, __FILE__, __LINE__, INVALID_ENCODING,
                                   ERROR_SCHEMA_DEFINITION, SUBKIND_NONE, "%Z%Z",
-                                  element == nullptr ? nullptr : GroupMemberTableRow_getElementName(element),
-                                  charset->name);
+                                  GroupMemberTableRow_getElementName(element), charset->name);
         return false;
     }
     UErrorCode status = U_ZERO_ERROR;
@@ -224,7 +225,7 @@ int32_t BufferManager_decodeBOM(BufferManager* this_, const GroupMemberTableRow*
 DFDLUString* BufferManager_readBytesAsString(BufferManager* this_, int32_t encodingIndex, int64_t byteCount,
                                              const GroupMemberTableRow* element) {
     if (!BufferManager_initializeEncoderDecoders(this_, encodingIndex, element)) return nullptr;
-    if (byteCount > MOST_UNITS || this_->decoder == nullptr) {
+    if (byteCount < 0 || byteCount > MOST_UNITS || this_->decoder == nullptr) {
         BufferManager_raise(this_, DFDLParser_bufferOverflow, element);
         return nullptr;
     }

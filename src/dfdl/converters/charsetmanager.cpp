@@ -38,7 +38,7 @@ void dropScratch(CharsetManager* manager) {
 DFDLCharset* raiseExpression(CharsetManager* manager, const TextEncodingTableRow* row) {
     ProcessingError_setValues(manager->context->currentError, __FILE__, __LINE__,
                               DFDLParser_unsupportedConstruct, ERROR_SCHEMA_DEFINITION, SUBKIND_NONE, "%Z%s",
-                              row->iEncoding, "an encoding that comes from an expression");
+                              row->iEncoding, "an encoding given by an expression");
     return nullptr;
 }
 

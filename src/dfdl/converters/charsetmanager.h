@@ -13,6 +13,7 @@ struct DFDLCharset;
 struct DFDLConstants;
 struct DFDLStringHashMap;
 struct DFDLUString;
+struct ExpressionEvaluator;
 struct GroupMemberTableRow;
 struct sPIF;
 
@@ -26,6 +27,7 @@ struct CharsetManager {
     ArrayList* rowEncodings;              // DFDLCharset*, by row; owned
     DFDLStringHashMap* runtimeEncodings;  // by standard name; owner of its values; made at the first need
     const sPIF* pif;
+    ExpressionEvaluator* evaluator;  // of the engine; null: none
     char* encodeScratch;
     int32_t encodeScratchSize;
     uint32_t defaultBigEndian;

@@ -91,6 +91,13 @@ bool DFDLCharset_isASCIITandemModifiedZonedCompatible(DFDLCharset* this_);
 // For an encoding that is no EBCDIC one: yes at the first call, no at all later ones.
 bool DFDLCharset_isEBCDICStandardZonedCompatible(DFDLCharset* this_);
 
+// Works out the road.
+void DFDLCharset_findRoad(DFDLCharset* this_);
+// Whether some bytes at least can be decoded without ICU.
+inline bool DFDLCharset_hasDirectRoad(DFDLCharset* this_) {
+    if (this_->road == ROAD_UNKNOWN) DFDLCharset_findRoad(this_);
+    return this_->road != ROAD_ICU;
+}
 // Decodes without ICU into `target`, which has room for `count` units; false, with nothing of use written,
 // if these bytes need ICU. One unit for each byte, each a character of its own.
 bool DFDLCharset_decodeDirectly(DFDLCharset* this_, const uint8_t* bytes, int64_t count, UChar* target);

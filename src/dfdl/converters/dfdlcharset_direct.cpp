@@ -114,8 +114,10 @@ bool lookUp(const UChar* table, const uint8_t* bytes, int64_t count, UChar* targ
 
 }  // namespace
 
+void DFDLCharset_findRoad(DFDLCharset* this_) { this_->road = findRoad(this_); }
+
 bool DFDLCharset_decodeDirectly(DFDLCharset* this_, const uint8_t* bytes, int64_t count, UChar* target) {
-    if (this_->road == ROAD_UNKNOWN) this_->road = findRoad(this_);
+    if (this_->road == ROAD_UNKNOWN) DFDLCharset_findRoad(this_);
     switch (this_->road) {
         case ROAD_ASCII:
             return widenASCII(bytes, count, target);
