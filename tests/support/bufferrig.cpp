@@ -75,6 +75,7 @@ BufferRig::BufferRig(const DFDLHeapImpl* heapCallbacks) : heap(new_DFDLHeapAdapt
     }
     element_.name = name_;
     item.elementRow = &element_;
+    item.child_element_id = 0;
 }
 
 BufferRig::~BufferRig() {
