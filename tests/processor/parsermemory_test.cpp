@@ -2,6 +2,7 @@
 #include <dfdl/dfdl.h>
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cstdlib>
 #include <string>
 
@@ -81,20 +82,90 @@ void countField(DFDLDocHandler* handler, const DFDLChar*, int32_t, uint32_t) {
     ++*static_cast<int64_t*>(DFDLDocHandler_getContextObject(handler));
 }
 
-Run parse(DFDLParser* parser, DFDLGrammar* grammar, const std::string& data) {
+// Everything that a parser may be given, in the hands of one owner.
+struct Setting {
+    bool inPieces;  // through a buffer handler, step by step, with regions and trace
+    DFDLDocHandler* documents = new_DFDLDocHandler();
+    DFDLBufferHandler* input = new_DFDLBufferHandler();
+    DFDLRegionHandler* regions = new_DFDLRegionHandler();
+    DFDLUserTraceHandler* trace = new_DFDLUserTraceHandler();
+    DFDLErrorHandler* errors = new_DFDLErrorHandler();
+    const std::string* data;
+    size_t given = 0;
+    int64_t fields = 0;
+
+    Setting(bool pieces, const std::string* bytes) : inPieces(pieces), data(bytes) {
+        DFDLDocHandler_setContextObject(documents, &fields);
+        DFDLDocHandler_setElementStringValueCallback(documents, countField);
+        DFDLBufferHandler_setContextObject(input, this);
+        DFDLBufferHandler_setGetNextBufferHandlerCallback(input, nextPiece);
+        DFDLErrorHandler_setProcessingErrorCallback(errors, [](DFDLErrorHandler*, const DFDLDiagnostic*) {});
+        DFDLUserTraceHandler_setUserInfoCallback(trace, [](DFDLUserTraceHandler*, const DFDLTrace*) {});
+        const auto ignore = [](DFDLRegionHandler*, const DFDLChar*, DFDLWORD, DFDLWORD) {};
+        DFDLRegionHandler_setLeadingAlignmentRegionCallback(regions, ignore);
+        DFDLRegionHandler_setSimpleContentRegionCallback(regions, ignore);
+        DFDLRegionHandler_setTrailingAlignmentRegionCallback(regions, ignore);
+    }
+    ~Setting() {
+        delete_DFDLDocHandler(documents);
+        delete_DFDLBufferHandler(input);
+        delete_DFDLRegionHandler(regions);
+        delete_DFDLUserTraceHandler(trace);
+        delete_DFDLErrorHandler(errors);
+    }
+    Setting(const Setting&) = delete;
+    Setting& operator=(const Setting&) = delete;
+
+    static void nextPiece(DFDLBufferHandler* handler, DFDLByteBuffer* buffer) {
+        auto* self = static_cast<Setting*>(DFDLBufferHandler_getContextObject(handler));
+        const size_t count = std::min<size_t>(self->data->size() - self->given, 7);
+        DFDLByteBuffer_setData(buffer, reinterpret_cast<const uint8_t*>(self->data->data()) + self->given,
+                               static_cast<DFDLWORD>(count), self->given + count == self->data->size());
+        self->given += count;
+    }
+
+    bool apply(DFDLParser* parser, DFDLGrammar* grammar) {
+        given = 0;
+        fields = 0;
+        bool ready = DFDLParser_setGrammar(parser, grammar) == 0 &&
+                     DFDLParser_setRootElement(parser, u"file", nullptr) == 0 &&
+                     DFDLParser_setErrorHandler(parser, errors) == 0 &&
+                     DFDLParser_setDocumentHandler(parser, documents) == 0;
+        if (!inPieces) {
+            return ready &&
+                   DFDLParser_setInputDocument(parser, reinterpret_cast<const uint8_t*>(data->data()),
+                                               static_cast<DFDLWORD>(data->size())) == 0;
+        }
+        return ready && DFDLParser_setRegionHandler(parser, regions) == 0 &&
+               DFDLParser_setUserTraceHandler(parser, trace) == 0 &&
+               DFDLParser_setBufferHandler(parser, input) == 0;
+    }
+
+    // Whether the message was parsed.
+    bool run(DFDLParser* parser) {
+        int result = 0;
+        if (!inPieces) return DFDLParser_parseAll(parser, &result) == 1;
+        bool parsed = true;
+        int ended = 0;
+        DFDLWORD steps = 0;
+        while (parsed && (ended = DFDLParser_hasNext(parser, &result)) == 1 && steps++ < ANY_COUNT) {
+            parsed = DFDLParser_parseNext(parser, &result) == 1;
+        }
+        return parsed && steps > 0;
+    }
+};
+
+Run parse(DFDLParser* parser, DFDLGrammar* grammar, const std::string& data, bool inPieces = false) {
+    Setting setting(inPieces, &data);
     Run run{0, -1, 0};
-    DFDLDocHandler* handler = new_DFDLDocHandler();
-    DFDLDocHandler_setContextObject(handler, &run.fields);
-    DFDLDocHandler_setElementStringValueCallback(handler, countField);
-    const bool ready = DFDLParser_setGrammar(parser, grammar) == 0 &&
-                       DFDLParser_setRootElement(parser, u"file", nullptr) == 0 &&
-                       DFDLParser_setDocumentHandler(parser, handler) == 0 &&
-                       DFDLParser_setInputDocument(parser, reinterpret_cast<const uint8_t*>(data.data()),
-                                                   static_cast<DFDLWORD>(data.size())) == 0;
-    if (ready) run.parsed = DFDLParser_parseAll(parser, &run.result);
+    if (setting.apply(parser, grammar)) run.parsed = setting.run(parser) ? 1 : 0;
+    run.fields = setting.fields;
     DFDLParser_resetParser(parser);
     DFDLParser_setDocumentHandler(parser, nullptr);
-    delete_DFDLDocHandler(handler);
+    DFDLParser_setErrorHandler(parser, nullptr);
+    DFDLParser_setRegionHandler(parser, nullptr);
+    DFDLParser_setUserTraceHandler(parser, nullptr);
+    DFDLParser_setInputDocument(parser, nullptr, 0);
     return run;
 }
 
@@ -118,17 +189,17 @@ int64_t callsToParse(int32_t count) {
 TEST(ParserMemory, AsksForNothingMoreForMoreRecords) { EXPECT_EQ(callsToParse(100), callsToParse(10000)); }
 
 // Loads and parses with the given call refused. Returns whether a call was refused at all.
-bool parseWithRefusal(int64_t refused, const std::string& data) {
+bool parseWithRefusal(int64_t refused, const std::string& data, bool inPieces) {
     Allocator allocator;
     allocator.refuse = refused;
     DFDLHeap* heap = heapOf(&allocator);
     DFDLGrammar* grammar = recordsGrammar(heap, 3);
     DFDLParser* parser = grammar == nullptr ? nullptr : new_DFDLParser(heap);
     if (parser != nullptr) {
-        const Run first = parse(parser, grammar, data);
+        const Run first = parse(parser, grammar, data, inPieces);
         const bool wasRefused = allocator.calls > refused;
         EXPECT_EQ(wasRefused && first.parsed == 0, first.parsed == 0) << "call " << refused;
-        const Run second = parse(parser, grammar, data);
+        const Run second = parse(parser, grammar, data, inPieces);
         EXPECT_EQ(1, second.parsed) << "after call " << refused << " was refused";
         EXPECT_EQ(9, second.fields) << refused;
     }
@@ -139,12 +210,16 @@ bool parseWithRefusal(int64_t refused, const std::string& data) {
     return allocator.calls > refused;
 }
 
-TEST(ParserMemory, SurvivesTheRefusalOfAnyAllocation) {
+void sweepRefusals(bool inPieces) {
     const std::string data = recordsData(3);
     int64_t refused = 0;
-    while (refused < ANY_COUNT && parseWithRefusal(refused, data)) ++refused;
+    while (refused < ANY_COUNT && parseWithRefusal(refused, data, inPieces)) ++refused;
     EXPECT_GT(refused, 100) << "the sweep has met the allocations of load and parse";
     EXPECT_LT(refused, ANY_COUNT);
 }
+
+TEST(ParserMemory, SurvivesTheRefusalOfAnyAllocation) { sweepRefusals(false); }
+
+TEST(ParserMemory, SurvivesItWithEverythingSet) { sweepRefusals(true); }
 
 }  // namespace

@@ -5,7 +5,6 @@
 #include "dfdl/converters/dfdlcharset.h"
 #include "dfdl/foundation/context.h"
 #include "dfdl/foundation/processingerror.h"
-#include "dfdl/pif/elementtable.h"
 #include "dfdl/pif/groupmembertable.h"
 #include "dfdl/pifiterator/pifiteratorforparser.h"
 #include "dfdl/processor/dochandlereventbuffer.h"
@@ -40,16 +39,16 @@ Text trim(const RowPlan& plan, UChar* chars, int32_t length) {
     return {start, static_cast<int32_t>(end - start)};
 }
 
-void deliver(DocHandlerAdapter* adapter, const GroupMemberTableRow* row, const Text& text, int64_t startBit,
+void deliver(DFDLDocHandlerImpl* handler, const PlainText& plan, const Text& text, int64_t startBit,
              int64_t endBit) {
-    const ElementTableRow* element = row->elementRow;
-    DocHandlerAdapter_startElement(adapter, element->element_id, element->name, element->namespaceId,
-                                   element->namespace_, row->scdText, startBit);
-    DFDLDocHandlerImpl* handler = adapter->docHandler;
+    if (handler->startElement != nullptr) {
+        handler->startElement(handler, plan.elementId, plan.name, plan.namespaceId, plan.namespaceUri,
+                              plan.designator, startBit);
+    }
     if (handler->elementStringValue != nullptr) {
         handler->elementStringValue(handler, text.chars, text.length, STRING_VALUE);
     }
-    DocHandlerAdapter_endElement(adapter, endBit);
+    if (handler->endElement != nullptr) handler->endElement(handler, endBit);
 }
 
 // A byte order mark may stand here.
@@ -57,22 +56,29 @@ bool mayHaveMark(const BufferManager* buffer, DFDLCharset* charset) {
     return buffer->bomChecked == 0 && DFDLCharset_canHaveBOM(charset);
 }
 
+DFDLCharset* charsetOf(PIFIteratorForParser* iterator, RowPlan* plan) {
+    if (plan->plainText.charset == nullptr) {
+        plan->plainText.charset =
+            CharsetManager_getDFDLEncoding(iterator->charsetManager, plan->encodingIndex);
+    }
+    return plan->plainText.charset;
+}
+
 // False, with nothing moved, if the text needs the general road.
-bool parsePlainText(PIFIteratorForParser* iterator, const GroupMemberTableRow* row) {
-    const RowPlan& plan = iterator->plans[row->rowIndex];
+bool parsePlainText(PIFIteratorForParser* iterator, RowPlan* plan) {
     BufferManager* buffer = iterator->bufferManager;
-    const auto length = static_cast<int32_t>(plan.length);
+    const auto length = static_cast<int32_t>(plan->length);
     const uint8_t* bytes = BufferManager_peekBytes(buffer, length);
     if (bytes == nullptr || !isOpenGround(buffer, length)) return false;
-    DFDLCharset* charset = CharsetManager_getDFDLEncoding(iterator->charsetManager, plan.encodingIndex);
+    DFDLCharset* charset = charsetOf(iterator, plan);
     if (charset == nullptr || mayHaveMark(buffer, charset)) return false;
     if (!DFDLCharset_decodeDirectly(charset, bytes, length, iterator->plainText)) return false;
     const int64_t startBit = buffer->bitPosition;
     buffer->currentBuffer->position += length;
     buffer->bitPosition += 8 * static_cast<int64_t>(length);
     buffer->charPosition += length;
-    deliver(iterator->eventBuffer->adapter, row, trim(plan, iterator->plainText, length), startBit,
-            buffer->bitPosition);
+    deliver(iterator->eventBuffer->adapter->docHandler, plan->plainText,
+            trim(*plan, iterator->plainText, length), startBit, buffer->bitPosition);
     return true;
 }
 
@@ -82,7 +88,9 @@ void PIFIteratorForParser_runPlainTexts(PIFIteratorForParser* this_, ContextItem
     if (this_->hiddenDepth != 0 || !DocHandlerEventBuffer_isDirect(this_->eventBuffer)) return;
     const GroupMemberTableRow* first = PIFIteratorForParser_nextCandidate(this_, group);
     const GroupMemberTableRow* row = first;
-    while (row != nullptr && this_->plans[row->rowIndex].isPlainText != 0 && parsePlainText(this_, row)) {
+    while (row != nullptr) {
+        RowPlan* plan = &this_->plans[row->rowIndex];
+        if (plan->isPlainText == 0 || !parsePlainText(this_, plan)) break;
         row = row->nextSibling;
     }
     // What a converter that cannot be opened has left is raised again, in its own words, by the general road.

@@ -166,6 +166,14 @@ bool isPlainText(const RowPlan& plan, const GroupMemberTableRow& row) {
            plan.trim != TRIM_BYTE && plan.padCharacter[1] == 0;
 }
 
+const UChar* charsOf(const DFDLUString* string) { return string == nullptr ? u"" : string->chars; }
+
+PlainText planPlainText(const GroupMemberTableRow& row) {
+    const ElementTableRow* element = row.elementRow;
+    return {charsOf(element->name), charsOf(element->namespace_), charsOf(row.scdText),
+            element->element_id,    element->namespaceId,         nullptr};
+}
+
 RowPlan planRow(const GroupMemberTableRow& row) {
     RowPlan plan{};
     plan.kind = itemKind(row);
@@ -175,6 +183,7 @@ RowPlan planRow(const GroupMemberTableRow& row) {
     planLength(&plan, row);
     planTrim(&plan, row);
     plan.isPlainText = isPlainText(plan, row);
+    if (plan.isPlainText != 0) plan.plainText = planPlainText(row);
     return plan;
 }
 

@@ -5,6 +5,7 @@
 
 #include <cstdint>
 
+struct DFDLCharset;
 struct DFDLHeapAdapter;
 struct GroupMemberTableRow;
 struct sPIF;
@@ -16,6 +17,16 @@ enum TrimKind : uint8_t { TRIM_NONE, TRIM_CHARACTER, TRIM_BYTE };
 // the hot loop looks at a few adjacent words instead of half a dozen property rows.
 // Units of the longest text that the short road takes.
 inline constexpr int32_t MOST_PLAIN_TEXT = 1000;
+
+// What the short road needs of a plain text, in one place. The characters are the grammar's.
+struct PlainText {
+    const UChar* name;
+    const UChar* namespaceUri;
+    const UChar* designator;
+    int32_t elementId;
+    int32_t namespaceId;
+    DFDLCharset* charset;  // of a constant encoding; found at the first use
+};
 
 struct RowPlan {
     const char* unsupported;  // what of the member this parser cannot do; null: all well
@@ -31,6 +42,7 @@ struct RowPlan {
     uint8_t padByte;
     UChar padCharacter[2];  // the second unit is 0 unless it is a pair
     int32_t kind;           // ContextItemKind; -1: no item can be made of the row
+    PlainText plainText;    // where isPlainText is set
 };
 
 RowPlan* new_RowPlans(DFDLHeapAdapter* heap, const sPIF* pif);  // one per group member row
