@@ -5,7 +5,7 @@
 
 #include "dfdl/foundation/dfdlheapadapter.h"
 
-// Decimal numbers as the General Decimal Arithmetic specification defines them, as far as values read from
+// Decimal numbers as General Decimal Arithmetic defines them, as far as values read from
 // text need: exact conversion from and to text, comparison, and the integer part.
 
 inline constexpr int32_t DEC_LARGEST_EXPONENT = 999999999;  // of the adjusted exponent, either sign
