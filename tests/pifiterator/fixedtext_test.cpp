@@ -243,6 +243,19 @@ TEST(FixedText, DoesNotLetUnjudgedValuesLookValid) {
     EXPECT_TRUE(runEverywhere(grammar.get(), u"r", "a").parsed);
 }
 
+TEST(FixedText, StartsAtASimpleElementAndInANamespace) {
+    GrammarBuilder builder;
+    builder.text("only").bytes(2);
+    builder.text("only").bytes(3).namespaceUri("urn:x");
+    const Grammar grammar(builder.load(), delete_DFDLGrammar);
+    ParserOptions options;
+    EXPECT_EQ(Values{"only=ab"}, runEverywhere(grammar.get(), u"only", "ab", options).values());
+    options.namespaceUri = u"urn:x";
+    EXPECT_EQ(Values{"only=abc"}, runEverywhere(grammar.get(), u"only", "abc", options).values());
+    options.namespaceUri = u"urn:y";
+    EXPECT_EQ(Values{"CTDP3001E"}, runEverywhere(grammar.get(), u"only", "abc", options).codes());
+}
+
 // A grammar that refers to itself without end: the walk ends with an error, not with the process.
 TEST(FixedText, EndsWhereAGrammarNestsForEver) {
     GrammarBuilder builder;

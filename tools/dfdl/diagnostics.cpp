@@ -31,12 +31,16 @@ Diagnostics* report(DFDLErrorHandler* handler, const char* event, const DFDLDiag
     return diagnostics;
 }
 
+// A message of user trace bears its code, a record of service trace the function that it comes from.
 template <class Handler>
 void writeTrace(Handler*, const DFDLTrace* trace) {
+    std::string line;
+    appendUtf8(line, viewOf(DFDLTrace_getMessageKey(trace)));
+    if (line.empty()) appendUtf8(line, viewOf(DFDLTrace_getMethodName(trace)));
+    if (!line.empty()) line += ": ";
     const DFDLChar* statement = nullptr;
     int32_t length = 0;
     DFDLTrace_getStatement(trace, &statement, &length);
-    std::string line;
     appendUtf8(line, viewOf(statement, length));
     writeLine(std::move(line));
 }
