@@ -4,28 +4,8 @@
 
 namespace {
 
-constexpr PoolTraits markerTraits() {
-    return {20, 100,
-            [](DFDLHeapAdapter* heap) -> void* { return DFDLHeapAdapter_new<DFDLBufferMarker>(heap); },
-            [](void* record) {
-                auto* marker = static_cast<DFDLBufferMarker*>(record);
-                DFDLHeapAdapter_objectDeallocate(marker->heap, marker);
-            },
-            nullptr};
-}
-
-constexpr PoolTraits checkPointTraits() {
-    return {10, 100,
-            [](DFDLHeapAdapter* heap) -> void* { return DFDLHeapAdapter_new<BufferManagerCheckPoint>(heap); },
-            [](void* record) {
-                auto* checkPoint = static_cast<BufferManagerCheckPoint*>(record);
-                DFDLHeapAdapter_objectDeallocate(checkPoint->heap, checkPoint);
-            },
-            nullptr};
-}
-
-constexpr PoolTraits MARKER_TRAITS = markerTraits();
-constexpr PoolTraits CHECKPOINT_TRAITS = checkPointTraits();
+constexpr PoolTraits MARKER_TRAITS = PoolTraits_ofRecord<DFDLBufferMarker>(20, 100);
+constexpr PoolTraits CHECKPOINT_TRAITS = PoolTraits_ofRecord<BufferManagerCheckPoint>(10, 100);
 
 ObjectPool* markerPool(BufferManager* manager) {
     return DFDLPoolingFactory_pool(manager->heap->poolingFactory, POOL_BUFFER_MARKER, &MARKER_TRAITS);

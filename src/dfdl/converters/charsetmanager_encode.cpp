@@ -12,10 +12,10 @@
 namespace {
 
 // The most bytes that so many units can take, terminator included.
-int32_t worstCase(UConverter* converter, int32_t units) {
+int32_t worstCase(DFDLHeapAdapter* heap, UConverter* converter, int32_t units) {
     const int64_t bytes =
         static_cast<int64_t>(ucnv_getMaxCharSize(converter)) * (static_cast<int64_t>(units) + 1);
-    if (bytes >= std::numeric_limits<int32_t>::max()) throw AllocationFailure{1};
+    if (bytes >= std::numeric_limits<int32_t>::max()) DFDLHeapAdapter_refuse(heap);
     return static_cast<int32_t>(bytes);
 }
 
@@ -80,7 +80,7 @@ const char* CharsetManager_encode_UChar(CharsetManager* this_, const UChar* unit
                                         const GroupMemberTableRow* element, const DFDLUString* encoding) {
     *bytes = 0;
     if (length < 1) return "";
-    const int32_t size = worstCase(converter, length);
+    const int32_t size = worstCase(this_->heap, converter, length);
     char* scratch = scratchOf(this_, size);
     UErrorCode status = U_ZERO_ERROR;
     const UChar* source = units;
@@ -131,7 +131,7 @@ uint8_t* CharsetManager_convertTo(DFDLHeapAdapter* heap, const UChar* units, int
                                   UConverter* converter) {
     *bytes = 0;
     if (length == 0) return exactCopy(heap, nullptr, 0);
-    for (int32_t capacity = worstCase(converter, length);; capacity *= 2) {
+    for (int32_t capacity = worstCase(heap, converter, length);; capacity *= 2) {
         char* scratch = DFDLHeapAdapter_newArray<char>(heap, static_cast<size_t>(capacity));
         UErrorCode status = U_ZERO_ERROR;
         const int32_t count = encodeInto(converter, units, length, scratch, capacity, &status);

@@ -68,7 +68,7 @@ void setDigits(dfdl_decNumber* number, const char* first, int64_t firstCount, co
         --secondCount;
     }
     const int64_t count = firstCount + secondCount;
-    if (count > std::numeric_limits<int32_t>::max() / 2) throw AllocationFailure{1};
+    if (count > std::numeric_limits<int32_t>::max() / 2) DFDLHeapAdapter_refuse(number->heap);
     number->count = count == 0 ? 1 : static_cast<int32_t>(count);
     number->digits = DFDLHeapAdapter_newArray<uint8_t>(number->heap, static_cast<size_t>(number->count));
     for (int64_t i = 0; i < firstCount; ++i) number->digits[i] = static_cast<uint8_t>(first[i] - '0');

@@ -7,7 +7,8 @@
 #include "dfdl/foundation/dfdlheapadapter.h"
 
 // A list of elements that are copied by value, pointers in nearly all uses. It owns its storage, never what
-// an element points at. Grows by ten elements.
+// an element points at. Grows by ten elements, a long
+// list by half of its length.
 struct ArrayList {
     DFDLHeapAdapter* heap;
     int32_t capacity;

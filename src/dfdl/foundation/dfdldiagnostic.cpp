@@ -1,9 +1,5 @@
 #include "dfdl/foundation/dfdldiagnostic.h"
 
-#include <algorithm>
-#include <climits>
-
-#include "dfdl/foundation/dfdlbufferfactory.h"
 #include "dfdl/foundation/dfdlustring.h"
 #include "dfdl/foundation/processingerror.h"
 #include "dfdl/foundation/resourcecatalog.h"
@@ -21,17 +17,6 @@ DFDLDiagnosticImpl* newDiagnostic(DFDLHeapAdapter* heap, UConverter* converter, 
 void give(const DFDLUString* string, const DFDLChar** characters, int32_t* length) {
     if (characters != nullptr) *characters = string == nullptr ? nullptr : string->chars;
     if (length != nullptr) *length = DFDLUString_length(string);
-}
-
-DFDLUString* concatenate(DFDLHeapAdapter* heap, const std::u16string_view (&parts)[3]) {
-    size_t length = 0;
-    for (const auto& part : parts) length += part.size();
-    if (length >= INT32_MAX) throw AllocationFailure{1};
-    UChar* buffer = DFDLBufferFactory_GetUBuffer(heap->bufferFactory, static_cast<int64_t>(length) + 1);
-    UChar* end = buffer;
-    for (const auto& part : parts) end = std::copy(part.begin(), part.end(), end);
-    *end = 0;
-    return DFDLUStringPooler_getDFDLUStringUseUChars(heap, buffer, static_cast<int32_t>(length));
 }
 
 }  // namespace
@@ -66,8 +51,9 @@ void delete_DFDLDiagnosticImpl(DFDLDiagnosticImpl* this_) {
 
 const DFDLUString* DFDLDiagnosticImpl_getCodeAndSummary(DFDLDiagnosticImpl* this_) {
     if (this_->codeAndSummary == nullptr) {
-        this_->codeAndSummary = concatenate(
-            this_->heap, {DFDLUString_view(this_->code), u": ", DFDLUString_view(this_->summary)});
+        DFDLUString* start = DFDLUString_concatWithUChars(this_->code, u": ", 2, this_->heap);
+        this_->codeAndSummary = DFDLUString_concat(start, this_->summary, this_->heap);
+        delete_DFDLUString(start);
     }
     return this_->codeAndSummary;
 }
@@ -77,7 +63,7 @@ int32_t DFDLDiagnostic_getType(const DFDLDiagnostic* diagnostic) {
 }
 
 const DFDLChar* DFDLDiagnostic_getCode(const DFDLDiagnostic* diagnostic) {
-    return diagnostic == nullptr ? nullptr : diagnostic->code->chars;
+    return diagnostic == nullptr || diagnostic->code == nullptr ? nullptr : diagnostic->code->chars;
 }
 
 void DFDLDiagnostic_getSummary(const DFDLDiagnostic* diagnostic, const DFDLChar** characters,

@@ -60,44 +60,40 @@ DFDLUString* fromUString(DFDLHeapAdapter* heap, const DFDLUString* text, const I
     return text == nullptr ? nullText(heap, style) : InsertText_new(heap, DFDLUString_view(text), style);
 }
 
+// Cut to the style; `whole` goes.
+DFDLUString* cut(DFDLHeapAdapter* heap, DFDLUString* whole, const InsertStyle& style) {
+    DFDLUString* text = InsertText_new(heap, DFDLUString_view(whole), style);
+    delete_DFDLUString(whole);
+    return text;
+}
+
 DFDLUString* fromValue(DFDLHeapAdapter* heap, const DFDLValue* value, const InsertStyle& style) {
     if (value == nullptr) return nullText(heap, style);
     UErrorCode status = U_ZERO_ERROR;
     DFDLUString* whole = DFDLValue_toString(value, &status, heap);
     DFDLUString* shown = Unprintable_replace(heap, DFDLUString_view(whole).substr(0, wanted(style)), false);
     if (value->schemaType != TYPE_STRING) delete_DFDLUString(whole);
-    DFDLUString* text = InsertText_new(heap, DFDLUString_view(shown), style);
-    delete_DFDLUString(shown);
-    return text;
+    return cut(heap, shown, style);
 }
 
-// `count` digits of the bytes, each `bits` wide, from digit `first` on.
-DFDLUString* fromDigits(DFDLHeapAdapter* heap, const uint8_t* bytes, int64_t first, int64_t count, int bits,
-                        const InsertStyle& style) {
-    if (bytes == nullptr || count <= 0 || first < 0) return InsertText_new(heap, u"(null)", style);
-    const auto units = std::min(static_cast<size_t>(count), wanted(style));
-    const Scratch scratch(heap, static_cast<int64_t>(units));
-    const int perByte = 8 / bits;
-    for (size_t unit = 0; unit < units; ++unit) {
-        const auto digit = static_cast<size_t>(first) + unit;
-        const auto shift = 8 - bits * (1 + static_cast<int>(digit % static_cast<size_t>(perByte)));
-        const unsigned byte = bytes[digit / static_cast<size_t>(perByte)];
-        scratch.units()[unit] = u"0123456789ABCDEF"[(byte >> shift) & ((1U << bits) - 1)];
-    }
-    return InsertText_new(heap, {scratch.units(), units}, style);
+// Of data of any length no more becomes digits than can be shown.
+int64_t atMost(int32_t digits, const InsertStyle& style) {
+    return std::min(static_cast<int64_t>(digits), static_cast<int64_t>(wanted(style)));
 }
 
 DFDLUString* captureHex(DFDLHeapAdapter* heap, InsertArguments* arguments, const InsertStyle& style) {
     const auto* bytes = va_arg(arguments->list, const uint8_t*);
-    const int64_t length = va_arg(arguments->list, int32_t);
-    return fromDigits(heap, bytes, 0, 2 * length, 4, style);
+    const int32_t length = va_arg(arguments->list, int32_t);
+    if (bytes == nullptr || length <= 0) return InsertText_new(heap, u"(null)", style);
+    return cut(heap, new_DFDLUString_fromHexBinary(heap, bytes, atMost(length, style)), style);
 }
 
 DFDLUString* captureBits(DFDLHeapAdapter* heap, InsertArguments* arguments, const InsertStyle& style) {
     const auto* bytes = va_arg(arguments->list, const uint8_t*);
-    const int64_t length = va_arg(arguments->list, int32_t);
-    const int64_t offset = va_arg(arguments->list, int32_t);
-    return fromDigits(heap, bytes, offset, length, 1, style);
+    const int32_t length = va_arg(arguments->list, int32_t);
+    const int32_t offset = va_arg(arguments->list, int32_t);
+    if (bytes == nullptr || length <= 0 || offset < 0) return InsertText_new(heap, u"(null)", style);
+    return cut(heap, new_DFDLUString_fromBinaryBits(heap, bytes, atMost(length, style), offset), style);
 }
 
 // Null for a letter that is no text's.

@@ -14,6 +14,13 @@ struct PoolTraits {
     void (*reset)(void* record) = nullptr;  // what ends with a message; runs on free records, may be null
 };
 
+// Traits of a record that holds nothing but itself, T with its `heap` as first field.
+template <class T>
+constexpr PoolTraits PoolTraits_ofRecord(int32_t listCapacity, int32_t limit) {
+    return {listCapacity, limit, [](DFDLHeapAdapter* heap) -> void* { return DFDLHeapAdapter_new<T>(heap); },
+            [](void* record) { DFDLHeapAdapter_objectDeallocate(static_cast<T*>(record)->heap, record); }};
+}
+
 // Free records of one kind. The list is made at the first use.
 //
 // The list always has room for every record that the pool has made, up to its limit. So giving a record back

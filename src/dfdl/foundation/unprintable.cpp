@@ -40,7 +40,7 @@ DFDLUString* Unprintable_replace(DFDLHeapAdapter* heap, std::u16string_view text
     if (length == text.size()) {
         return DFDLUStringPooler_getDFDLUStringFromUChars(heap, text.data(), static_cast<int32_t>(length));
     }
-    if (length >= INT32_MAX) throw AllocationFailure{1};
+    if (length >= INT32_MAX) DFDLHeapAdapter_refuse(heap);
     UChar* buffer = DFDLBufferFactory_GetUBuffer(heap->bufferFactory, static_cast<int64_t>(length) + 1);
     UChar* end = buffer;
     for (const UChar& unit : text) {

@@ -11,14 +11,7 @@
 
 namespace {
 
-void* createItem(DFDLHeapAdapter* heap) { return DFDLHeapAdapter_new<ContextItemForParser>(heap); }
-
-void destroyItem(void* record) {
-    auto* item = static_cast<ContextItemForParser*>(record);
-    DFDLHeapAdapter_objectDeallocate(item->heap, item);
-}
-
-constexpr PoolTraits ITEM_TRAITS = {20, 100, createItem, destroyItem};
+constexpr PoolTraits ITEM_TRAITS = PoolTraits_ofRecord<ContextItemForParser>(20, 100);
 
 ObjectPool* itemPool(DFDLHeapAdapter* heap) {
     return DFDLPoolingFactory_pool(heap->poolingFactory, POOL_CONTEXT_ITEM, &ITEM_TRAITS);

@@ -7,13 +7,7 @@
 
 namespace {
 
-void* create(DFDLHeapAdapter* heap) { return DFDLHeapAdapter_new<CachedEvent>(heap); }
-
-void destroy(void* record) {
-    DFDLHeapAdapter_objectDeallocate(static_cast<CachedEvent*>(record)->heap, record);
-}
-
-constexpr PoolTraits TRAITS = {20, 10000, create, destroy};
+constexpr PoolTraits TRAITS = PoolTraits_ofRecord<CachedEvent>(20, 10000);
 
 }  // namespace
 

@@ -68,7 +68,8 @@ bool isKnownLanguage(const char* language) {
 
 DFDLUString* pooledCopy(DFDLParserImpl* parser, const UChar* text) {
     const size_t length = std::char_traits<UChar>::length(text);
-    if (length > static_cast<size_t>(std::numeric_limits<int32_t>::max() - 1)) throw AllocationFailure{1};
+    if (length >= static_cast<size_t>(std::numeric_limits<int32_t>::max()))
+        DFDLHeapAdapter_refuse(parser->heap);
     return DFDLUStringPooler_getDFDLUStringFromUChars(parser->heap, text, static_cast<int32_t>(length));
 }
 

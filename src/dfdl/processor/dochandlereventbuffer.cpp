@@ -185,13 +185,7 @@ int32_t startOfEmptyElement(const Buffer* buffer, int32_t end) {
     return 0;
 }
 
-void* create(DFDLHeapAdapter* heap) { return DFDLHeapAdapter_new<DHCheckPoint>(heap); }
-
-void destroy(void* record) {
-    DFDLHeapAdapter_objectDeallocate(static_cast<DHCheckPoint*>(record)->heap, record);
-}
-
-constexpr PoolTraits TRAITS = {10, 100, create, destroy};
+constexpr PoolTraits TRAITS = PoolTraits_ofRecord<DHCheckPoint>(10, 100);
 
 ObjectPool* checkPoints(const Buffer* buffer) {
     return DFDLPoolingFactory_pool(pools(buffer), POOL_DOC_HANDLER_CHECKPOINT, &TRAITS);

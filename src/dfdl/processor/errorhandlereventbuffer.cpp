@@ -9,13 +9,7 @@ namespace {
 
 constexpr int32_t ERROR_CAPACITY = 5;
 
-void* create(DFDLHeapAdapter* heap) { return DFDLHeapAdapter_new<EHCheckPoint>(heap); }
-
-void destroy(void* record) {
-    DFDLHeapAdapter_objectDeallocate(static_cast<EHCheckPoint*>(record)->heap, record);
-}
-
-constexpr PoolTraits TRAITS = {10, 100, create, destroy};
+constexpr PoolTraits TRAITS = PoolTraits_ofRecord<EHCheckPoint>(10, 100);
 
 ObjectPool* checkPoints(const ErrorHandlerEventBuffer* buffer) {
     return DFDLPoolingFactory_pool(buffer->heap->poolingFactory, POOL_ERROR_HANDLER_CHECKPOINT, &TRAITS);
