@@ -8,6 +8,7 @@
 #include "dfdl/foundation/dfdlustring.h"
 #include "dfdl/pif/spif.h"
 #include "pif.pb.h"
+#include "support/memberrow.h"
 
 // A message under test, with rows that refer to nothing, and the grammar made of it.
 struct PIFRows {
@@ -16,24 +17,9 @@ struct PIFRows {
 
     PIF::MGroupMemberTableRow* member(int32_t parent, int32_t sequence) {
         auto* row = message.mutable_group_member_table()->add_row();
+        MemberRow_clear(row);
         row->set_parent_group_id(parent);
         row->set_sequence_number(sequence);
-        row->set_min_occurs(1);
-        row->set_max_occurs(1);
-        row->set_child_element_id(-1);
-        row->set_child_group_id(-1);
-        row->set_ilengthschemeid(-1);
-        row->set_itextstringindex(-1);
-        row->set_ialignmentid(-1);
-        row->set_itextmarkupid(-1);
-        row->set_iphysicaltypeindex(-1);
-        row->set_iphysicaltypetablerowid(-1);
-        row->set_itextencodingindex(-1);
-        row->set_ifirstassertindex(-1);
-        row->set_iouputvaluecalcexprindex(-1);
-        row->set_iinputvaluecalcexprindex(-1);
-        row->set_inilschemeindex(-1);
-        row->set_ioccursschemetableindex(-1);
         return row;
     }
     PIF::MElementTableRow* element(const std::string& name, const std::string& namespaceUri = "") {

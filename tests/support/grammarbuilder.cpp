@@ -3,6 +3,8 @@
 #include <cstdio>
 #include <string_view>
 
+#include "support/memberrow.h"
+
 namespace {
 
 using Enums = PIF::MPIFEnums;
@@ -20,32 +22,6 @@ bool isEbcdic(std::string_view encoding) {
 
 bool isAsciiCompatible(std::string_view encoding) {
     return !isEbcdic(encoding) && !startsWithAny(encoding, {"UTF-16", "UTF-32", "UCS", "UTF16", "UTF32"});
-}
-
-// Optional references of a row that stand for nothing.
-void clearReferences(PIF::MGroupMemberTableRow* row) {
-    row->set_parent_group_id(-1);
-    row->set_sequence_number(1);
-    row->set_child_element_id(-1);
-    row->set_child_group_id(-1);
-    row->set_min_occurs(1);
-    row->set_max_occurs(1);
-    row->set_ilengthschemeid(-1);
-    row->set_itextstringindex(-1);
-    row->set_ialignmentid(-1);
-    row->set_itextmarkupid(-1);
-    row->set_idfdlrepresentation(Enums::REPRESENTATION_TEXT);
-    row->set_iphysicaltypeindex(-1);
-    row->set_iphysicaltypetablerowid(-1);
-    row->set_itextencodingindex(-1);
-    row->set_ifirstvariableactionid(-1);
-    row->set_ifirstparserstateindex(-1);
-    row->set_ifirstassertindex(-1);
-    row->set_iouputvaluecalcexprindex(-1);
-    row->set_iinputvaluecalcexprindex(-1);
-    row->set_inilschemeindex(-1);
-    row->set_ipathexprtypevalue(0);
-    row->set_ioccursschemetableindex(-1);
 }
 
 // A row that a member refers to by its index: made when the member has none.
@@ -315,7 +291,9 @@ GrammarBuilder::GrammarBuilder() {
 
 GrammarNode* GrammarBuilder::newNode() {
     GrammarNode& node = nodes_.emplace_back();
-    clearReferences(&node.row);
+    MemberRow_clear(&node.row);
+    node.row.set_idfdlrepresentation(Enums::REPRESENTATION_TEXT);
+    node.row.set_ipathexprtypevalue(0);
     return &node;
 }
 
