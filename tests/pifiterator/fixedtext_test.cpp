@@ -218,8 +218,6 @@ const std::pair<const char*, Describe> UNSUPPORTED[] = {
     {"pattern", [](GrammarHandle r) { r.text("a").pattern("a+"); }},
     {"end of the parent", [](GrammarHandle r) { r.text("a").endOfParent(); }},
     {"choice", [](GrammarHandle r) { r.choice().text("a").bytes(1); }},
-    {"optional", [](GrammarHandle r) { r.text("a").bytes(1).occurs(0, 2).occursImplicit(); }},
-    {"unbounded", [](GrammarHandle r) { r.text("a").bytes(1).occurs(0, -1).occursParsed(); }},
     {"nil", [](GrammarHandle r) { r.text("a").bytes(1).nilLiteral("-"); }},
     {"text number",
      [](GrammarHandle r) { r.text("a").bytes(1).row().set_iphysicaltype(PIF::MPIFEnums::TEXT_NUMBER); }},

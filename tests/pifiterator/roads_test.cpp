@@ -22,7 +22,9 @@ class RandomMessage {
     void fill(GrammarHandle group, int depth) {
         for (int members = 1 + below(6); members > 0; --members) {
             if (depth < 3 && below(5) == 0) {
-                fill(below(2) == 0 ? group.sequence() : group.complexElement("g"), depth + 1);
+                auto inner = below(2) == 0 ? group.sequence() : group.complexElement("g");
+                if (below(3) == 0) inner.occurs(0, 2).occursImplicit();
+                fill(inner, depth + 1);
             } else {
                 text(group);
             }
@@ -63,6 +65,8 @@ class RandomMessage {
         }
         if (below(10) == 0) field.align(2);
         if (below(6) == 0) field.occurs(2, 2).occursFixed();
+        if (below(6) == 0) field.occurs(0, 1 + below(2)).occursImplicit();
+        if (below(12) == 0) field.occurs(0, -1).occursParsed();
         lengths_.push_back(length);
     }
 

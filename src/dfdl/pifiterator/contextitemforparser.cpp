@@ -6,6 +6,7 @@
 #include "dfdl/foundation/tracehandleradapter.h"
 #include "dfdl/foundation/xsvalue.h"
 #include "dfdl/pif/groupmembertable.h"
+#include "dfdl/pifiterator/backtrackingmanager.h"
 #include "dfdl/pifiterator/pifiteratorforparser.h"
 #include "dfdl/pifiterator/rowplan.h"
 
@@ -120,6 +121,7 @@ void ContextItemForParserPooler_releaseContextItemForParser(ContextItemForParser
 
 void ContextItemForParser_init(ContextItemForParser* this_, uint32_t kind) {
     this_->selectedChild = nullptr;
+    this_->checkPoint = nullptr;
     this_->possibleContent = CONTENT_ANY;
     this_->value = nullptr;
     this_->succeeded = 1;
@@ -148,7 +150,25 @@ void ContextItemForParser_setOrderedChild(ContextItemForParser* this_, ContextIt
     if (child != nullptr) ContextItem_setParent(child, this_);
 }
 
-void ContextItemForParser_close(ContextItemForParser* this_) { releaseValue(this_); }
+void ContextItemForParser_close(ContextItemForParser* this_) {
+    ContextItemForParser_releaseCheckPoint(this_);
+    releaseValue(this_);
+}
+
+void ContextItemForParser_createCheckPoint(ContextItemForParser* this_) {
+    BacktrackingManager* manager = this_->iterator->backtrackingManager;
+    if (this_->checkPoint == nullptr) {
+        this_->checkPoint = BacktrackingManager_getCheckPoint(manager);
+    } else {
+        BacktrackingManager_refreshCheckPoint(manager, this_->checkPoint);
+    }
+}
+
+void ContextItemForParser_releaseCheckPoint(ContextItemForParser* this_) {
+    BacktrackingCheckPoint* checkPoint = this_->checkPoint;
+    this_->checkPoint = nullptr;
+    BacktrackingManager_releaseCheckPoint(this_->iterator->backtrackingManager, checkPoint);
+}
 
 void ContextItemForParser_state_backtrack(ContextItemForParser* this_) {
     retainError(this_);

@@ -5,6 +5,7 @@
 
 #include "dfdl/pifiterator/contextitem.h"
 
+struct BacktrackingCheckPoint;
 struct ContextItemForParser;
 struct DFDLValue;
 struct PIFIteratorForParser;
@@ -50,6 +51,7 @@ struct ContextItemFunctions {
 struct ContextItemForParser : ContextItem {
     PIFIteratorForParser* iterator;
     ContextItemForParser* selectedChild;  // owned; pushed only after it has been selected
+    BacktrackingCheckPoint* checkPoint;   // the open point of uncertainty
     uint32_t possibleContent;             // PossibleContent bits
     DFDLValue* value;
     uint32_t succeeded;                    // cleared when the occurrence fails or is absent
@@ -76,6 +78,10 @@ void ContextItemForParser_resetForOccurrence(ContextItemForParser* this_);
 void ContextItemForParser_setOrderedChild(ContextItemForParser* this_, ContextItemForParser* child);
 // Ends what an occurrence may have left open.
 void ContextItemForParser_close(ContextItemForParser* this_);
+// Opens the item's point of uncertainty, or moves it here if it is open.
+void ContextItemForParser_createCheckPoint(ContextItemForParser* this_);
+// Decides it: what has been parsed since stands.
+void ContextItemForParser_releaseCheckPoint(ContextItemForParser* this_);
 // Ends the item after a failure that stands in the current error record, and leaves the failure with its
 // parent, or current again if there is no parent. The item is popped.
 void ContextItemForParser_state_backtrack(ContextItemForParser* this_);

@@ -48,6 +48,7 @@ PIFIteratorForParser* new_PIFIteratorForParser(DFDLParserImpl* parser, DFDLConst
     this_->bufferManager = parser->bufferManager;
     this_->charsetManager = parser->charsetManager;
     this_->variableManager = parser->variableManager;
+    this_->backtrackingManager = parser->backtrackingManager;
     return this_;
 }
 

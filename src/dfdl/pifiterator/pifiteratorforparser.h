@@ -9,6 +9,7 @@
 #include "dfdl/pifiterator/contextitemforparser.h"
 #include "dfdl/pifiterator/rowplan.h"
 
+struct BacktrackingManager;
 struct BufferManager;
 struct CharsetManager;
 struct Context;
@@ -43,6 +44,7 @@ struct PIFIteratorForParser {
     BufferManager* bufferManager;
     ParserRegionHandler* parserRegionHandler;
     VariableManager* variableManager;
+    BacktrackingManager* backtrackingManager;
     DFDLValue* simpleValue;
     DFDLRegionHandlerImpl* userRegionHandler;  // region events are made only if it is there
     TraceHandlerAdapter* traceAdapter;
@@ -55,6 +57,7 @@ struct PIFIteratorForParser {
     DFDLUString* rootNamespace;
     const GroupMemberTableRow* rootRow;
     RowPlan* plans;  // by row index of the group members
+    uint32_t validationEnabled;
     // The whole message is wanted and nobody looks at regions, trace or facets, so that members may be parsed
     // without items of their own.
     uint32_t runsAhead;
@@ -97,6 +100,12 @@ void PIFIteratorForParser_group_selectNextSequenceMember(PIFIteratorForParser* t
 void PIFIteratorForParser_group_beforeGroupMember(PIFIteratorForParser* this_, ContextItemForParser* group);
 void PIFIteratorForParser_group_afterGroupMember(PIFIteratorForParser* this_, ContextItemForParser* group);
 void PIFIteratorForParser_group_close(PIFIteratorForParser* this_, ContextItemForParser* group);
+// Puts data, scopes and held events back to where the group's point of uncertainty was opened.
+void PIFIteratorForParser_STATE_BACKTRACK_TO_CHECKPOINT(PIFIteratorForParser* this_,
+                                                        ContextItemForParser* group);
+// Delivers a validation error at once; the parse goes on.
+void PIFIteratorForParser_reportValidationError(PIFIteratorForParser* this_, const char* key,
+                                                const GroupMemberTableRow* row, int32_t bound, int32_t count);
 bool PIFIteratorForParser_endOfArray(PIFIteratorForParser* this_, ContextItemForParser* group);
 
 // The member that the group would select next; null if there is none.

@@ -109,7 +109,10 @@ bool PIFIteratorForParser_processSimpleElementRepresentation(PIFIteratorForParse
     item->possibleContent &= ~static_cast<uint32_t>(CONTENT_NIL);
     int64_t length = 0;
     if (PIFIteratorForParser_calculateElementLength(this_, item->row, item, &length) != 1) return false;
-    if (!PIFIteratorForParser_extractTextRepresentation(this_, item, length)) return false;
+    if (!PIFIteratorForParser_extractTextRepresentation(this_, item, length)) {
+        PIFIteratorForParser_releaseExtractedText(this_);
+        return false;
+    }
     if ((item->possibleContent & CONTENT_VALUE) != 0 && length >= 1) {
         DFDLUString* text = this_->extractedText;
         this_->extractedText = nullptr;

@@ -4,6 +4,7 @@
 #include "dfdl/pif/groupmembertable.h"
 #include "dfdl/pif/grouptable.h"
 #include "dfdl/pif/occursschemetable.h"
+#include "dfdl/pifiterator/backtrackingmanager.h"
 #include "dfdl/pifiterator/pifiteratorforparser.h"
 #include "dfdl/pifiterator/rowplan.h"
 #include "dfdl/processor/dochandlereventbuffer.h"
@@ -36,6 +37,51 @@ const GroupMemberTableRow* firstMember(const ContextItemForParser* group) {
 bool isScopeExhausted(PIFIteratorForParser* iterator) {
     BufferManager_loadAhead(iterator->bufferManager);
     return BufferManager_endOfScopedDataStream(iterator->bufferManager);
+}
+
+// The data ended where a member was still wanted by its own bounds, though not by how its occurrences are
+// counted.
+void reportMissingTrailing(PIFIteratorForParser* iterator, const ContextItemForParser* group) {
+    const ContextItemForParser* member = group->selectedChild;
+    if (iterator->validationEnabled == 0 || member->occurrences > 0 || member->row->min_occurs <= 0) return;
+    PIFIteratorForParser_reportValidationError(iterator, DFDLParser_minOccursViolation_ValidationError,
+                                               member->row, group->row->min_occurs, -1);
+}
+
+void traceAttempt(PIFIteratorForParser* iterator, ContextItemForParser* member) {
+    if (iterator->context->userTraceOn == 0) return;
+    ContextItem_incrementOccurrences(member);
+    PIFIteratorForParser_userTrace(iterator, member, ut_DFDLParser_attemptOptionalElement, "%d",
+                                   member->occurrences);
+    ContextItem_decrementOccurrences(member);
+}
+
+// The failure of an inner level passes through a group that it does not concern; one of the member's own is
+// the group's to judge.
+bool belongsElsewhere(ProcessingError* error, const GroupMemberTableRow* member) {
+    if (error->subKind != SUBKIND_ASSERT || error->row == nullptr) return false;
+    if (error->row != member) return true;
+    error->row = nullptr;
+    return false;
+}
+
+// Makes the occurrence as if it had never been tried. False if its failure stands.
+bool undoFailedMember(PIFIteratorForParser* iterator, ContextItemForParser* group) {
+    Context* context = iterator->context;
+    if (group->retainedError != context->activeError) {
+        ProcessingError_reset(context->currentError);
+        Context_swapErrors(context);
+    }
+    if (belongsElsewhere(context->currentError, group->selectedChild->row)) {
+        ContextItemForParser_releaseCheckPoint(group);
+        return false;
+    }
+    if (group->checkPoint == nullptr || context->currentError->kind == ERROR_SCHEMA_DEFINITION) return false;
+    PIFIteratorForParser_STATE_BACKTRACK_TO_CHECKPOINT(iterator, group);
+    ContextItemForParser_releaseCheckPoint(group);
+    ProcessingError_reset(context->currentError);
+    group->retainedError = nullptr;
+    return true;
 }
 
 }  // namespace
@@ -83,30 +129,35 @@ void PIFIteratorForParser_group_selectNextSequenceMember(PIFIteratorForParser* t
     }
 }
 
-bool PIFIteratorForParser_endOfArray(PIFIteratorForParser* this_, ContextItemForParser* group) {
-    static_cast<void>(this_);
-    const ContextItemForParser* member = group->selectedChild;
-    return member->occurrences >= member->effectiveMaxOccurs;
-}
-
 void PIFIteratorForParser_group_beforeGroupMember(PIFIteratorForParser* this_, ContextItemForParser* group) {
     ContextItemForParser* member = group->selectedChild;
     if ((member->row->flags & GM_TRAILING_OPTIONAL) != 0 && isOptional(member) && isScopeExhausted(this_)) {
+        reportMissingTrailing(this_, group);
         endGroup(group);
         return;
     }
     member->occurrenceStart = BufferManager_bitPosition(this_->bufferManager);
+    if (!isOptional(member)) return;
+    traceAttempt(this_, member);
+    ContextItemForParser_createCheckPoint(group);
 }
 
 void PIFIteratorForParser_group_afterGroupMember(PIFIteratorForParser* this_, ContextItemForParser* group) {
-    if (group->selectedChild->succeeded == 0) {
-        if (group->retainedError != this_->context->activeError) {
-            ProcessingError_reset(this_->context->currentError);
-            Context_swapErrors(this_->context);
-        }
+    if (group->selectedChild->succeeded != 0) {
+        ContextItemForParser_releaseCheckPoint(group);
+    } else if (!undoFailedMember(this_, group)) {
         return;
     }
     group->afterMember = BufferManager_bitPosition(this_->bufferManager);
+}
+
+void PIFIteratorForParser_STATE_BACKTRACK_TO_CHECKPOINT(PIFIteratorForParser* this_,
+                                                        ContextItemForParser* group) {
+    BacktrackingManager_restoreToCheckPoint(this_->backtrackingManager, group->checkPoint);
+    group->representationEnd = BufferManager_bitPosition(this_->bufferManager);
+    if (this_->context->userTraceOn != 0) {
+        PIFIteratorForParser_userTrace(this_, group, ut_DFDLParser_backtracking, "");
+    }
 }
 
 void PIFIteratorForParser_group_close(PIFIteratorForParser* this_, ContextItemForParser* group) {

@@ -95,8 +95,8 @@ void PIFIteratorForParser_runPlainTexts(PIFIteratorForParser* this_, ContextItem
     }
     // What a converter that cannot be opened has left is raised again, in its own words, by the general road.
     ProcessingError_reset(this_->context->currentError);
-    if (row == first) return;
-    ContextItemForParser_setOrderedChild(group, nullptr);
+    // The question for the next member changes what it looks at, so its answer is kept.
     group->resumeRow = row;
     group->hasResumeRow = 1;
+    if (row != first) ContextItemForParser_setOrderedChild(group, nullptr);
 }

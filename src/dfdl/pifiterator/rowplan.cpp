@@ -104,11 +104,15 @@ const char* unsupportedDelimiters(const GroupMemberTableRow& row) {
 }
 
 const char* unsupportedOccurrences(const GroupMemberTableRow& row) {
-    if ((row.flags & GM_OCCURS_EXPRESSION) != 0)
-        return "a number of occurrences that comes from an expression";
-    if (row.effectiveMaxOccurs < 0) return "an unbounded number of occurrences";
-    if (row.effectiveMinOccurs < row.effectiveMaxOccurs) return "an optional occurrence";
-    return nullptr;
+    if (row.occursRow == nullptr || (row.flags & GM_NOT_SINGLE) == 0) return nullptr;
+    switch (row.occursRow->iOccursCountKind) {
+        case OCK_EXPRESSION:
+            return "a number of occurrences that an expression may give";
+        case OCK_STOPVALUE:
+            return "occurrences up to a stop value";
+        default:
+            return nullptr;
+    }
 }
 
 const char* unsupportedExtras(const GroupMemberTableRow& row) {

@@ -14,6 +14,7 @@
 #include "dfdl/foundation/tracehandleradapter.h"
 #include "dfdl/framework/stringliteralcache.h"
 #include "dfdl/parsers/parserregionhandler.h"
+#include "dfdl/pifiterator/backtrackingmanager.h"
 #include "dfdl/pifiterator/pifiteratorforparser.h"
 #include "dfdl/processor/dfdldochandler.h"
 #include "dfdl/processor/dochandleradapter.h"
@@ -40,6 +41,7 @@ void construct(DFDLParserImpl* parser) {
     parser->variableManager = new_VariableManager(heap, parser->context);
     parser->docEventBuffer = new_DocHandlerEventBuffer(heap);
     parser->errorEventBuffer = new_ErrorHandlerEventBuffer(heap, parser->context, parser->resourceCatalog);
+    parser->backtrackingManager = new_BacktrackingManager(heap);
     parser->stringLiteralCache = new_StringLiteralCache(heap, nullptr);
     parser->traceAdapter = new_TraceHandlerAdapter(heap, parser->context, parser->resourceCatalog);
     parser->bufferManager->trace = parser->traceAdapter;
@@ -52,6 +54,7 @@ void deleteHandlersAndBuffers(DFDLParserImpl* parser) {
     delete_ParserRegionHandler(parser->regionHandler);
     delete_PIFIteratorForParser(parser->iterator);
     delete_VariableManager(parser->variableManager);
+    delete_BacktrackingManager(parser->backtrackingManager);
     delete_DocHandlerEventBuffer(parser->docEventBuffer);
     delete_ErrorHandlerEventBuffer(parser->errorEventBuffer);
     delete_DocHandlerAdapter(parser->docHandlerAdapter);
@@ -67,7 +70,8 @@ void deleteHandlersAndBuffers(DFDLParserImpl* parser) {
     if (parser->messageHeap != nullptr) delete_DFDLHeapAdapterForMessageHeap(parser->messageHeap);
 }
 
-// A parse that was given up leaves points of uncertainty open.
+// A parse that was given up leaves points of uncertainty open. What they hold is dropped before the walk ends
+// them, since that would deliver it, and their marks are released while the buffers still stand.
 void discardHeldEvents(DFDLParserImpl* parser) {
     DocHandlerEventBuffer_discardEventsAfterIndex(parser->docEventBuffer, 0);
     parser->docEventBuffer->holdLevel = 0;
@@ -102,9 +106,10 @@ void delete_DFDLParserImpl(DFDLParserImpl* this_) {
 
 int DFDLParserImpl_resetParser(DFDLParserImpl* this_) {
     this_->parseInProgress = 0;
-    BufferManager_clear(this_->bufferManager);
+    discardHeldEvents(this_);
     if (this_->iterator != nullptr) PIFIteratorForParser_reset(this_->iterator);
     discardHeldEvents(this_);
+    BufferManager_clear(this_->bufferManager);
     DFDLPoolingFactory_reset(this_->heap->poolingFactory);
     CharsetManager_reset(this_->charsetManager, false);
     StringLiteralCache_reset(this_->stringLiteralCache);

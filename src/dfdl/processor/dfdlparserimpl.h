@@ -8,6 +8,7 @@
 
 #include "dfdl/foundation/dfdlheapadapter.h"
 
+struct BacktrackingManager;
 struct BufferManager;
 struct CharsetManager;
 struct Context;
@@ -46,6 +47,7 @@ struct DFDLParserImpl {
     CharsetManager* charsetManager;
     const sPIF* grammar;
     PIFIteratorForParser* iterator;
+    BacktrackingManager* backtrackingManager;
     DocHandlerEventBuffer* docEventBuffer;
     ErrorHandlerEventBuffer* errorEventBuffer;
     VariableManager* variableManager;

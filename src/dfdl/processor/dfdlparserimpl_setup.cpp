@@ -6,6 +6,7 @@
 #include "dfdl/foundation/resourcecatalog.h"
 #include "dfdl/foundation/tracehandleradapter.h"
 #include "dfdl/parsers/parserregionhandler.h"
+#include "dfdl/pifiterator/backtrackingmanager.h"
 #include "dfdl/pifiterator/pifiteratorforparser.h"
 #include "dfdl/processor/dfdldochandler.h"
 #include "dfdl/processor/dfdlparserimpl.h"
@@ -78,6 +79,10 @@ void wireIterator(DFDLParserImpl* parser) {
     iterator->parserRegionHandler = parser->regionHandler;
     iterator->userRegionHandler = parser->userRegionHandler;
     parser->regionHandler->pifIterator = iterator;
+    iterator->validationEnabled = parser->validationEnabled;
+    parser->backtrackingManager->eventBuffer = parser->docEventBuffer;
+    parser->backtrackingManager->bufferManager = parser->bufferManager;
+    parser->backtrackingManager->errorEventBuffer = parser->errorEventBuffer;
     if (PIFIteratorForParser_getPIF(iterator) == parser->grammar) return;
     CharsetManager_setPif(parser->charsetManager, parser->grammar);
     ParserRegionHandler_setPIF(parser->regionHandler, parser->grammar);

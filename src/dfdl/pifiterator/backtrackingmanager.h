@@ -1,0 +1,44 @@
+#ifndef DFDL_PIFITERATOR_BACKTRACKINGMANAGER_H
+#define DFDL_PIFITERATOR_BACKTRACKINGMANAGER_H
+
+#include <cstdint>
+
+#include "dfdl/foundation/dfdlheapadapter.h"
+
+struct BufferManager;
+struct BufferManagerCheckPoint;
+struct DHCheckPoint;
+struct DocHandlerEventBuffer;
+struct EHCheckPoint;
+struct ErrorHandlerEventBuffer;
+
+// What an attempt can change and how it stood before: the place in the data with its scopes, the events and
+// the errors that have not been shown yet. Pooled; held by the context item whose point of uncertainty it is.
+struct BacktrackingCheckPoint {
+    DFDLHeapAdapter* heap;
+    BufferManagerCheckPoint* bufferCheckPoint;
+    DHCheckPoint* docHandlerCheckPoint;
+    EHCheckPoint* errorHandlerCheckPoint;
+};
+
+// Takes, restores and ends check points. While one is open nothing of what is parsed reaches the caller.
+// Belongs to its parser and lives as long; its collaborators are set when the parser is wired.
+struct BacktrackingManager {
+    DFDLHeapAdapter* heap;
+    DocHandlerEventBuffer* eventBuffer;  // the present one
+    BufferManager* bufferManager;
+    ErrorHandlerEventBuffer* errorEventBuffer;
+};
+
+BacktrackingManager* new_BacktrackingManager(DFDLHeapAdapter* heap);
+void delete_BacktrackingManager(BacktrackingManager* this_);  // null is ignored
+
+BacktrackingCheckPoint* BacktrackingManager_getCheckPoint(BacktrackingManager* this_);
+// The check point stays open and can be restored again.
+void BacktrackingManager_restoreToCheckPoint(BacktrackingManager* this_, BacktrackingCheckPoint* checkPoint);
+// Ends it: what has been parsed since stands. Null is ignored. The last release shows what was held.
+void BacktrackingManager_releaseCheckPoint(BacktrackingManager* this_, BacktrackingCheckPoint* checkPoint);
+// Moves an open check point to where the data stand now.
+void BacktrackingManager_refreshCheckPoint(BacktrackingManager* this_, BacktrackingCheckPoint* checkPoint);
+
+#endif
