@@ -1,211 +1,156 @@
 #include "dfdl/decimal/decnumber.h"
 
-#include <algorithm>
-#include <charconv>
-#include <cstring>
-#include <limits>
+#include "dfdl/decimal/decwork.h"
 
 namespace {
 
-bool isNegative(const dfdl_decNumber* number) { return (number->bits & DEC_NEGATIVE) != 0; }
-bool isNaN(const dfdl_decNumber* number) { return (number->bits & (DEC_NAN | DEC_SIGNALLING)) != 0; }
-bool isInfinite(const dfdl_decNumber* number) { return (number->bits & DEC_INFINITE) != 0; }
-
-// The exponent of the first digit.
+// The exponent of the first significant digit.
 int64_t adjusted(const dfdl_decNumber* number) {
-    return static_cast<int64_t>(number->exponent) + number->count - 1;
+    return static_cast<int64_t>(number->exponent) + dfdl_decNumberSignificantDigits(number) - 1;
 }
 
 int32_t compareInt(int64_t a, int64_t b) { return a < b ? -1 : (a > b ? 1 : 0); }
 
-// Both are finite, not zero and of equal adjusted exponent: digits count from the first; missing ones are 0.
-int32_t compareDigits(const dfdl_decNumber* a, const dfdl_decNumber* b) {
-    const int32_t common = std::min(a->count, b->count);
-    const int order = std::memcmp(a->digits, b->digits, static_cast<size_t>(common));
-    if (order != 0) return order < 0 ? -1 : 1;
-    const dfdl_decNumber* longer = a->count > b->count ? a : b;
-    for (int32_t i = common; i < longer->count; ++i) {
-        if (longer->digits[i] != 0) return longer == a ? 1 : -1;
-    }
-    return 0;
+// 0 zero, 1 finite, 2 infinite.
+int32_t rank(const dfdl_decNumber* number) {
+    if (dec_isInfinite(number)) return 2;
+    return dfdl_decNumberIsZero(number) ? 0 : 1;
 }
 
 int32_t compareMagnitudes(const dfdl_decNumber* a, const dfdl_decNumber* b) {
-    if (isInfinite(a) || isInfinite(b)) return compareInt(isInfinite(a), isInfinite(b));
-    if (dfdl_decNumberIsZero(a) || dfdl_decNumberIsZero(b)) {
-        return compareInt(!dfdl_decNumberIsZero(a), !dfdl_decNumberIsZero(b));
-    }
-    const int32_t order = compareInt(adjusted(a), adjusted(b));
-    return order != 0 ? order : compareDigits(a, b);
-}
-
-// What rounding has to know of the digits that are cut off, compared with half a unit: -1, 0 or 1.
-int32_t compareWithHalf(const uint8_t* cut, int32_t count, int64_t leadingZeros) {
-    if (leadingZeros > 0 || count == 0) return -1;
-    if (cut[0] != 5) return cut[0] < 5 ? -1 : 1;
-    return std::any_of(cut + 1, cut + count, [](uint8_t digit) { return digit != 0; }) ? 1 : 0;
-}
-
-bool roundsUp(DecRounding rounding, int32_t againstHalf, bool odd, bool negative) {
-    switch (rounding) {
-        case DEC_ROUND_CEILING:
-            return !negative;
-        case DEC_ROUND_FLOOR:
-            return negative;
-        case DEC_ROUND_UP:
-            return true;
-        case DEC_ROUND_DOWN:
-            return false;
-        case DEC_ROUND_HALF_UP:
-            return againstHalf >= 0;
-        case DEC_ROUND_HALF_DOWN:
-            return againstHalf > 0;
-        default:
-            return againstHalf > 0 || (againstHalf == 0 && odd);
-    }
-}
-
-bool addDigit(uint64_t* value, uint32_t digit) {
-    constexpr uint64_t MOST = std::numeric_limits<uint64_t>::max();
-    if (*value > (MOST - digit) / 10) return false;
-    *value = *value * 10 + digit;
-    return true;
-}
-
-bool foldInteger(const dfdl_decNumber* number, int32_t kept, uint64_t* value) {
-    *value = 0;
-    for (int32_t i = 0; i < kept; ++i) {
-        if (!addDigit(value, number->digits[i])) return false;
-    }
-    if (*value == 0) return true;
-    for (int32_t i = 0; i < number->exponent; ++i) {
-        if (!addDigit(value, 0)) return false;
-    }
-    return true;
-}
-
-char* put(char* at, const char* text) {
-    const size_t length = std::strlen(text);
-    std::memcpy(at, text, length);
-    return at + length;
-}
-
-char* putDigits(char* at, const uint8_t* digits, int64_t count) {
-    for (int64_t i = 0; i < count; ++i) *at++ = static_cast<char>('0' + digits[i]);
-    return at;
-}
-
-char* putZeros(char* at, int64_t count) {
-    std::memset(at, '0', static_cast<size_t>(count));
-    return at + count;
-}
-
-char* putPlain(char* at, const dfdl_decNumber* number) {
-    const int64_t whole = static_cast<int64_t>(number->count) + number->exponent;  // digits before the point
-    if (number->exponent == 0) return putDigits(at, number->digits, number->count);
-    if (whole > 0) {
-        at = putDigits(at, number->digits, whole);
-        *at++ = '.';
-        return putDigits(at, number->digits + whole, number->count - whole);
-    }
-    at = put(at, "0.");
-    return putDigits(putZeros(at, -whole), number->digits, number->count);
-}
-
-char* putScientific(char* at, const dfdl_decNumber* number) {
-    at = putDigits(at, number->digits, 1);
-    if (number->count > 1) {
-        *at++ = '.';
-        at = putDigits(at, number->digits + 1, number->count - 1);
-    }
-    *at++ = 'E';
-    const int64_t exponent = adjusted(number);
-    *at++ = exponent < 0 ? '-' : '+';
-    return std::to_chars(at, at + 20, exponent < 0 ? -exponent : exponent).ptr;
-}
-
-char* putSpecial(char* at, const dfdl_decNumber* number) {
-    if (isInfinite(number)) return put(at, "Infinity");
-    at = put(at, (number->bits & DEC_SIGNALLING) != 0 ? "sNaN" : "NaN");
-    return putDigits(at, number->digits, number->count);
+    const int32_t order = compareInt(rank(a), rank(b));
+    if (order != 0 || rank(a) != 1) return order;
+    const int32_t sizes = compareInt(adjusted(a), adjusted(b));
+    if (sizes != 0) return sizes;
+    const DecUnits ofA = dfdl_decNumberUnits(a);
+    const DecUnits ofB = dfdl_decNumberUnits(b);
+    return decUnits_compareFromTop(ofA, decUnits_digits(ofA), ofB, decUnits_digits(ofB));
 }
 
 }  // namespace
 
 void dfdl_decNumberInit(dfdl_decNumber* number, DFDLHeapAdapter* heap) {
     number->heap = heap;
-    number->digits = nullptr;
-    number->count = 0;
-    number->exponent = 0;
-    number->bits = 0;
+    number->large = nullptr;
+    number->capacity = DEC_SMALL_UNITS;
+    dfdl_decNumberZero(number);
 }
 
 void dfdl_decNumberRelease(dfdl_decNumber* number) {
-    if (number->digits != nullptr) DFDLHeapAdapter_arrayDeallocate(number->heap, number->digits);
+    if (number->large != nullptr) DFDLHeapAdapter_arrayDeallocate(number->heap, number->large);
     dfdl_decNumberInit(number, number->heap);
 }
 
+void dfdl_decNumberZero(dfdl_decNumber* number) { dec_setZero(number, 0, false); }
+
 void dfdl_decNumberCopy(dfdl_decNumber* target, const dfdl_decNumber* source) {
-    uint8_t* digits = nullptr;
-    if (source->count > 0) {
-        digits = DFDLHeapAdapter_newArray<uint8_t>(target->heap, static_cast<size_t>(source->count));
-        std::memcpy(digits, source->digits, static_cast<size_t>(source->count));
-    }
-    target->digits = digits;
-    target->count = source->count;
+    if (target == source) return;
+    uint32_t* units = dec_prepare(target, source->digits);
+    const DecUnits from = dfdl_decNumberUnits(source);
+    std::copy_n(from.at, from.count, units);
     target->exponent = source->exponent;
     target->bits = source->bits;
 }
 
+void dfdl_decNumberFromUInt64(dfdl_decNumber* number, uint64_t magnitude) {
+    constexpr int64_t MOST_DIGITS = 20;
+    uint32_t* units = dec_prepare(number, MOST_DIGITS);
+    for (int64_t i = 0; i < decUnits_for(MOST_DIGITS); ++i) {
+        units[i] = static_cast<uint32_t>(magnitude % DEC_UNIT_BASE);
+        magnitude /= DEC_UNIT_BASE;
+    }
+    number->exponent = 0;
+    number->bits = 0;
+    dec_dropLeadingZeros(number);
+}
+
+void dfdl_decNumberSetCount(dfdl_decNumber* number, int32_t digits) {
+    if (digits <= 0) return dfdl_decNumberZero(number);
+    std::fill_n(dec_prepare(number, digits), decUnits_for(digits), 0U);
+}
+
+void dfdl_decNumberSetDigit(dfdl_decNumber* number, int32_t index, uint32_t digit) {
+    if (index < 0 || index >= number->digits) return;
+    const int32_t position = number->digits - 1 - index;
+    const uint32_t power = DEC_POWERS[position % DEC_UNIT_DIGITS];
+    uint32_t* unit = (number->large != nullptr ? number->large : number->small) + position / DEC_UNIT_DIGITS;
+    *unit = *unit - *unit / power % 10 * power + digit % 10 * power;
+}
+
+uint64_t dfdl_decNumberCoefficient(const dfdl_decNumber* number) {
+    const DecUnits units = dfdl_decNumberUnits(number);
+    uint64_t value = 0;
+    for (int64_t i = units.count - 1; i >= 0; --i) value = value * DEC_UNIT_BASE + units.at[i];
+    return value;
+}
+
 bool dfdl_decNumberIsZero(const dfdl_decNumber* number) {
-    return dfdl_decNumberIsFinite(number) && (number->count == 0 || number->digits[0] == 0);
+    return dfdl_decNumberIsFinite(number) && decUnits_digits(dfdl_decNumberUnits(number)) == 0;
+}
+
+int64_t dfdl_decNumberSignificantDigits(const dfdl_decNumber* number) {
+    return std::max<int64_t>(decUnits_digits(dfdl_decNumberUnits(number)), 1);
 }
 
 int32_t dfdl_decNumberCompare(const dfdl_decNumber* a, const dfdl_decNumber* b) {
-    if (isNaN(a) || isNaN(b)) return -2;
-    const bool aNegative = isNegative(a) && !dfdl_decNumberIsZero(a);
-    const bool bNegative = isNegative(b) && !dfdl_decNumberIsZero(b);
+    if (dec_isNaN(a) || dec_isNaN(b)) return -2;
+    const bool aNegative = dec_isNegative(a) && !dfdl_decNumberIsZero(a);
+    const bool bNegative = dec_isNegative(b) && !dfdl_decNumberIsZero(b);
     if (aNegative != bNegative) return aNegative ? -1 : 1;
     const int32_t order = compareMagnitudes(a, b);
     return aNegative ? -order : order;
 }
 
-bool dfdl_decNumberToInteger(const dfdl_decNumber* number, DecRounding rounding, uint64_t* magnitude) {
-    *magnitude = 0;
-    if (!dfdl_decNumberIsFinite(number)) return false;
-    if (dfdl_decNumberIsZero(number)) return true;
-    const int64_t whole = static_cast<int64_t>(number->count) + number->exponent;
-    const auto kept = static_cast<int32_t>(std::clamp<int64_t>(whole, 0, number->count));
-    if (!foldInteger(number, kept, magnitude)) return false;
-    const bool exact = std::all_of(number->digits + kept, number->digits + number->count,
-                                   [](uint8_t digit) { return digit == 0; });
-    if (exact) return true;
-    const int32_t againstHalf =
-        compareWithHalf(number->digits + kept, number->count - kept, whole < 0 ? -whole : 0);
-    if (!roundsUp(rounding, againstHalf, (*magnitude & 1) != 0, isNegative(number))) return true;
-    if (*magnitude == std::numeric_limits<uint64_t>::max()) return false;
-    ++*magnitude;
-    return true;
+void dfdl_decNumberTrim(dfdl_decNumber* number) {
+    if (!dfdl_decNumberIsFinite(number)) return;
+    dec_dropLeadingZeros(number);
+    if (dfdl_decNumberIsZero(number)) return dec_setZero(number, 0, dec_isNegative(number));
+    if (number->exponent >= 0) return;
+    const DecUnits units = dfdl_decNumberUnits(number);
+    const int64_t zeros = decUnits_trailingZeros(units, -static_cast<int64_t>(number->exponent));
+    if (zeros > 0) dec_dropZeros(number, zeros);
 }
 
-int64_t dfdl_decNumberTextSize(const dfdl_decNumber* number) {
-    constexpr int64_t SIGN_POINT_EXPONENT = 24;  // and the zeros that a plain number may begin with
-    return static_cast<int64_t>(number->count) + SIGN_POINT_EXPONENT;
-}
-
-int32_t dfdl_decNumberToString(const dfdl_decNumber* number, char* text) {
-    constexpr int64_t SMALLEST_PLAIN = -6;
-    char* at = text;
-    if (isNegative(number)) *at++ = '-';
-    if (!dfdl_decNumberIsFinite(number)) {
-        at = putSpecial(at, number);
-    } else if (number->count == 0) {
-        at = put(at, "0");
-    } else if (number->exponent <= 0 && adjusted(number) >= SMALLEST_PLAIN) {
-        at = putPlain(at, number);
-    } else {
-        at = putScientific(at, number);
+uint32_t* dec_prepare(dfdl_decNumber* number, int64_t digits) {
+    if (digits > DEC_MOST_DIGITS) DFDLHeapAdapter_refuse(number->heap);
+    const int64_t units = decUnits_for(digits);
+    if (units > number->capacity) {
+        number->large = static_cast<uint32_t*>(DFDLHeapAdapter_arrayReplace(
+            number->heap, number->large, sizeof(uint32_t), static_cast<size_t>(units)));
+        number->capacity = static_cast<int32_t>(units);
     }
-    *at = 0;
-    return static_cast<int32_t>(at - text);
+    number->digits = static_cast<int32_t>(digits);
+    return number->large != nullptr ? number->large : number->small;
+}
+
+void dec_dropLeadingZeros(dfdl_decNumber* number) {
+    number->digits = static_cast<int32_t>(dfdl_decNumberSignificantDigits(number));
+}
+
+void dec_dropZeros(dfdl_decNumber* number, int64_t zeros) {
+    const DecUnits units = dfdl_decNumberUnits(number);
+    uint32_t* target = dec_prepare(number, number->digits - zeros);
+    decUnits_shift(units, -zeros, target, decUnits_for(number->digits));
+    number->exponent += static_cast<int32_t>(zeros);
+}
+
+void dec_passSpecial(dfdl_decNumber* result, const dfdl_decNumber* special, const dfdl_decContext* context) {
+    dfdl_decNumberCopy(result, special);
+    if (!dec_isNaN(special)) return;
+    result->bits = static_cast<uint8_t>((special->bits & DEC_NEGATIVE) | DEC_NAN);
+    if (result->digits <= context->precision) return;
+    uint32_t* units = dec_prepare(result, context->precision);
+    units[decUnits_for(context->precision) - 1] %= DEC_POWERS[(context->precision - 1) % DEC_UNIT_DIGITS + 1];
+    dec_dropLeadingZeros(result);
+}
+
+void dec_setSpecial(dfdl_decNumber* number, uint8_t bits) {
+    *dec_prepare(number, 1) = 0;
+    number->exponent = 0;
+    number->bits = bits;
+}
+
+void dec_setZero(dfdl_decNumber* number, int64_t exponent, bool negative) {
+    dec_setSpecial(number, negative ? DEC_NEGATIVE : 0);
+    number->exponent = static_cast<int32_t>(exponent);
 }

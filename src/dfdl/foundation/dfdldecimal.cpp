@@ -1,30 +1,60 @@
 #include "dfdl/foundation/dfdldecimal.h"
 
-#include <cstring>
-#include <limits>
-
-#include "dfdl/foundation/dfdlbufferfactory.h"
-#include "dfdl/foundation/dfdlconstants.h"
-#include "dfdl/foundation/dfdlustring.h"
+#include <algorithm>
+#include <charconv>
+#include <iterator>
 
 namespace {
 
-DecRounding rounding(const DFDLDecimal* decimal) { return static_cast<DecRounding>(decimal->roundingMode); }
-
-bool isNegative(const DFDLDecimal* decimal) { return (decimal->number.bits & DEC_NEGATIVE) != 0; }
-
-int64_t toSigned(const DFDLDecimal* decimal) {
-    uint64_t magnitude = 0;
-    if (!dfdl_decNumberToInteger(&decimal->number, rounding(decimal), &magnitude)) return 0;
-    constexpr auto MOST = static_cast<uint64_t>(std::numeric_limits<int64_t>::max());
-    if (isNegative(decimal)) return magnitude > MOST + 1 ? 0 : static_cast<int64_t>(0 - magnitude);
-    return magnitude > MOST ? 0 : static_cast<int64_t>(magnitude);
+void clearCaches(DFDLDecimal* decimal) {
+    decimal->signedValid = 0;
+    decimal->unsignedValid = 0;
+    decimal->doubleValid = 0;
 }
 
-// A comparison with a NaN says nothing, and so does not rule a number out.
-bool isBetween(const DFDLDecimal* decimal, const DFDLDecimal* lowest, const DFDLDecimal* highest) {
-    if (highest != nullptr && DFDLDecimal_compare(decimal, highest) == 1) return false;
-    return lowest != nullptr && DFDLDecimal_compare(decimal, lowest) != -1;
+void setDoubleCache(DFDLDecimal* decimal, double value) {
+    decimal->cachedDouble = value;
+    decimal->doubleValid = 1;
+}
+
+// Every digit of the number is kept, where the operation itself does not take some away.
+dfdl_decContext losslessContext(const DFDLDecimal* decimal) {
+    const int32_t precision = std::max(DEC_PRECISION_128, decimal->number.digits);
+    return dfdl_decContextDefault(precision, decimal->roundingMode);
+}
+
+template <auto Operation>
+void combine(DFDLDecimal* decimal, const DFDLDecimal* other) {
+    const dfdl_decContext context = dfdl_decContextDefault(DEC_PRECISION_128, decimal->roundingMode);
+    Operation(&decimal->number, &decimal->number, &other->number, &context);
+    clearCaches(decimal);
+}
+
+template <auto Operation>
+void change(DFDLDecimal* decimal, const dfdl_decContext& context) {
+    Operation(&decimal->number, &decimal->number, &context);
+    clearCaches(decimal);
+}
+
+bool readText(DFDLDecimal* decimal, const char* text) {
+    dfdl_decContext context = dfdl_decContextDefault();
+    dfdl_decNumber number;
+    dfdl_decNumberInit(&number, decimal->heap);
+    dfdl_decNumberFromString(&number, text, &context);
+    const bool valid = (context.status & DEC_CONVERSION_SYNTAX) == 0;
+    if (valid) std::swap(decimal->number, number);
+    dfdl_decNumberRelease(&number);
+    if (valid) clearCaches(decimal);
+    return valid;
+}
+
+void copyCaches(DFDLDecimal* target, const DFDLDecimal* source) {
+    target->cachedSigned = source->cachedSigned;
+    target->signedValid = source->signedValid;
+    target->cachedUnsigned = source->cachedUnsigned;
+    target->unsignedValid = source->unsignedValid;
+    target->cachedDouble = source->cachedDouble;
+    target->doubleValid = source->doubleValid;
 }
 
 }  // namespace
@@ -32,22 +62,16 @@ bool isBetween(const DFDLDecimal* decimal, const DFDLDecimal* lowest, const DFDL
 DFDLDecimal* new_DFDLDecimal(DFDLHeapAdapter* heap, const DFDLConstants* constants) {
     auto* this_ = DFDLHeapAdapter_new<DFDLDecimal>(heap);
     this_->constants = constants;
-    this_->signedValid = 1;
-    this_->unsignedValid = 1;
     this_->roundingMode = DEC_ROUND_HALF_EVEN;
     dfdl_decNumberInit(&this_->number, heap);
+    DFDLDecimal_clear(this_);
     return this_;
 }
 
 DFDLDecimal* new_DFDLDecimalFromChar(DFDLHeapAdapter* heap, const DFDLConstants* constants, const char* text,
                                      int32_t length) {
-    static_cast<void>(length);
     DFDLDecimal* this_ = new_DFDLDecimal(heap, constants);
-    uint32_t status = 0;
-    dfdl_decNumberFromString(&this_->number, text, &status);
-    this_->signedValid = 0;
-    this_->unsignedValid = 0;
-    if ((status & DEC_CONVERSION_SYNTAX) == 0) return this_;
+    if (DFDLDecimal_setString(this_, text, length)) return this_;
     delete_DFDLDecimal(this_);
     return nullptr;
 }
@@ -60,74 +84,134 @@ void delete_DFDLDecimal(DFDLDecimal* this_) {
 
 DFDLDecimal* DFDLDecimal_copy(const DFDLDecimal* this_, DFDLHeapAdapter* heap) {
     DFDLDecimal* copy = new_DFDLDecimal(heap, this_->constants);
-    dfdl_decNumberCopy(&copy->number, &this_->number);
-    copy->signedValid = 0;
-    copy->unsignedValid = 0;
     copy->roundingMode = this_->roundingMode;
+    DFDLDecimal_setDecimalValue(copy, this_);
     return copy;
 }
 
-int64_t DFDLDecimal_getSignedQValue(DFDLDecimal* this_) {
-    if (this_->signedValid == 0) {
-        this_->cachedSigned = toSigned(this_);
-        this_->signedValid = 1;
-    }
-    return this_->cachedSigned;
+void DFDLDecimal_clear(DFDLDecimal* this_) {
+    dfdl_decNumberRelease(&this_->number);
+    this_->cachedSigned = 0;
+    this_->cachedUnsigned = 0;
+    this_->signedValid = 1;
+    this_->unsignedValid = 1;
+    setDoubleCache(this_, 0);
 }
 
-uint64_t DFDLDecimal_getUnsignedQValue(DFDLDecimal* this_) {
-    if (this_->unsignedValid == 0) {
-        uint64_t magnitude = 0;
-        const bool fits = dfdl_decNumberToInteger(&this_->number, rounding(this_), &magnitude);
-        this_->cachedUnsigned = fits ? magnitude : 0;
-        this_->unsignedValid = 1;
-    }
-    return this_->cachedUnsigned;
+void DFDLDecimal_setSignedQValue(DFDLDecimal* this_, int64_t value) {
+    const auto bits = static_cast<uint64_t>(value);
+    dfdl_decNumberFromUInt64(&this_->number, value < 0 ? 0 - bits : bits);
+    if (value < 0) this_->number.bits = DEC_NEGATIVE;
+    clearCaches(this_);
+    this_->cachedSigned = value;
+    this_->signedValid = 1;
+    setDoubleCache(this_, static_cast<double>(value));
 }
 
-bool DFDLDecimal_fitsInSignedQValue(const DFDLDecimal* this_) {
-    return isBetween(this_, this_->constants->minSignedQ, this_->constants->maxSignedQ);
+void DFDLDecimal_setUnsignedQValue(DFDLDecimal* this_, uint64_t value) {
+    dfdl_decNumberFromUInt64(&this_->number, value);
+    clearCaches(this_);
+    this_->cachedUnsigned = value;
+    this_->unsignedValid = 1;
+    setDoubleCache(this_, static_cast<double>(value));
 }
 
-bool DFDLDecimal_fitsInUnsignedQValue(const DFDLDecimal* this_) {
-    return isBetween(this_, this_->constants->zero, this_->constants->maxUnsignedQ);
+void DFDLDecimal_setDouble(DFDLDecimal* this_, double value) {
+    constexpr int FRACTION_DIGITS = 14;
+    char text[32];
+    *std::to_chars(text, text + sizeof text - 1, value, std::chars_format::scientific, FRACTION_DIGITS).ptr =
+        0;
+    readText(this_, text);
+    dfdl_decNumberTrim(&this_->number);
+    setDoubleCache(this_, value);
 }
 
-int32_t DFDLDecimal_signum(const DFDLDecimal* this_) {
-    if (isNegative(this_)) return -1;
-    return dfdl_decNumberIsZero(&this_->number) ? 0 : 1;
+bool DFDLDecimal_setString(DFDLDecimal* this_, const char* text, int32_t /*length*/) {
+    return readText(this_, text);
 }
 
-char* DFDLDecimal_getDecimal(const DFDLDecimal* this_, int32_t* length, DFDLHeapAdapter* heap) {
-    const int64_t size = dfdl_decNumberTextSize(&this_->number);
-    auto* text = reinterpret_cast<char*>(DFDLBufferFactory_GetBuffer(heap->bufferFactory, size));
-    *length = dfdl_decNumberToString(&this_->number, text);
-    return text;
+// A conversion that was rounded in another mode does not count here.
+void DFDLDecimal_setDecimalValue(DFDLDecimal* this_, const DFDLDecimal* other) {
+    dfdl_decNumberCopy(&this_->number, &other->number);
+    if (this_->roundingMode == other->roundingMode) return copyCaches(this_, other);
+    clearCaches(this_);
 }
 
-int32_t stripTrailingZerosFromDecimal(char* text) {
-    size_t length = std::strlen(text);
-    if (std::memchr(text, '.', length) != nullptr) {
-        while (length > 0 && text[length - 1] == '0') --length;
-        if (length > 0 && text[length - 1] == '.') --length;
-        text[length] = 0;
-    }
-    return static_cast<int32_t>(length);
+void DFDLDecimal_setPositive(DFDLDecimal* this_, bool positive) {
+    if (!positive) return DFDLDecimal_negate(this_);
+    this_->number.bits = static_cast<uint8_t>(this_->number.bits & ~DEC_NEGATIVE);
+    clearCaches(this_);
 }
 
-DFDLUString* DFDLDecimal_getDecimalInUString(const DFDLDecimal* this_, UErrorCode* status,
-                                             DFDLHeapAdapter* heap) {
-    *status = U_ZERO_ERROR;
-    int32_t length = 0;
-    char* text = DFDLDecimal_getDecimal(this_, &length, heap);
-    length = stripTrailingZerosFromDecimal(text);
-    UChar* chars = DFDLBufferFactory_GetUBuffer(heap->bufferFactory, length + 1);
-    for (int32_t i = 0; i <= length; ++i) chars[i] = static_cast<UChar>(text[i]);
-    DFDLBufferFactory_FreeBuffer(heap->bufferFactory, reinterpret_cast<uint8_t*>(text));
-    return DFDLUStringPooler_getDFDLUStringUseUChars(heap, chars, length);
+// The least count has no opposite; the exponent next to it lies as far beyond all others.
+void DFDLDecimal_setDecimalAt(DFDLDecimal* this_, int32_t count) {
+    this_->number.exponent = count == INT32_MIN ? INT32_MAX : -count;
+    clearCaches(this_);
 }
 
-int32_t DFDLDecimal_compare(const DFDLDecimal* a, const DFDLDecimal* b) {
-    if (a == nullptr || b == nullptr) return -1;
-    return dfdl_decNumberCompare(&a->number, &b->number);
+void DFDLDecimal_setCount(DFDLDecimal* this_, int32_t digits) {
+    dfdl_decNumberSetCount(&this_->number, digits);
+    clearCaches(this_);
+}
+
+void DFDLDecimal_setDigit(DFDLDecimal* this_, int32_t index, uint8_t digit) {
+    dfdl_decNumberSetDigit(&this_->number, index, digit & 0x0F);
+    clearCaches(this_);
+}
+
+void DFDLDecimal_setRoundingMode(DFDLDecimal* this_, int32_t mode) {
+    static constexpr DecRounding MODES[] = {DEC_ROUND_HALF_EVEN, DEC_ROUND_CEILING, DEC_ROUND_FLOOR,
+                                            DEC_ROUND_DOWN,      DEC_ROUND_UP,      DEC_ROUND_HALF_EVEN,
+                                            DEC_ROUND_HALF_DOWN, DEC_ROUND_HALF_UP};
+    const bool known = mode >= 0 && mode < static_cast<int32_t>(std::size(MODES));
+    this_->roundingMode = known ? MODES[mode] : DEC_ROUND_HALF_EVEN;
+    clearCaches(this_);
+}
+
+void DFDLDecimal_add(DFDLDecimal* this_, const DFDLDecimal* other) {
+    combine<dfdl_decNumberAdd>(this_, other);
+}
+
+void DFDLDecimal_subtract(DFDLDecimal* this_, const DFDLDecimal* other) {
+    combine<dfdl_decNumberSubtract>(this_, other);
+}
+
+void DFDLDecimal_multi(DFDLDecimal* this_, const DFDLDecimal* other) {
+    combine<dfdl_decNumberMultiply>(this_, other);
+}
+
+void DFDLDecimal_div(DFDLDecimal* this_, const DFDLDecimal* other) {
+    combine<dfdl_decNumberDivide>(this_, other);
+}
+
+void DFDLDecimal_negate(DFDLDecimal* this_) {
+    this_->number.bits |= DEC_NEGATIVE;
+    clearCaches(this_);
+}
+
+void DFDLDecimal_Abs(DFDLDecimal* this_) {
+    change<dfdl_decNumberAbs>(this_, losslessContext(this_));
+    dfdl_decNumberTrim(&this_->number);
+}
+
+void DFDLDecimal_round(DFDLDecimal* this_, int32_t digits) {
+    change<dfdl_decNumberPlus>(this_, dfdl_decContextDefault(std::max(digits, 1), this_->roundingMode));
+    dfdl_decNumberTrim(&this_->number);
+}
+
+void DFDLDecimal_roundFixedPoint(DFDLDecimal* this_, int32_t fractionalDigits) {
+    dfdl_decNumber* number = &this_->number;
+    const int64_t exponent = -static_cast<int64_t>(fractionalDigits);
+    dfdl_decNumberTrim(number);
+    clearCaches(this_);
+    if (!dfdl_decNumberIsFinite(number) || number->exponent >= exponent) return;
+    const dfdl_decContext context = losslessContext(this_);
+    dfdl_decNumberRescale(number, number, exponent, &context);
+    dfdl_decNumberTrim(number);
+}
+
+void DFDLDecimal_reduce(DFDLDecimal* this_) { change<dfdl_decNumberReduce>(this_, losslessContext(this_)); }
+
+void DFDLDecimal_toIntegralValue(DFDLDecimal* this_) {
+    change<dfdl_decNumberToIntegralValue>(this_, losslessContext(this_));
 }

@@ -159,6 +159,7 @@ DFDLDecimal* newDecimal(const Row* row) {
     if (decimal == nullptr) return nullptr;
     DFDLDecimal_getSignedQValue(decimal);
     DFDLDecimal_getUnsignedQValue(decimal);
+    DFDLDecimal_getDouble(decimal, row->heap);
     return decimal;
 }
 

@@ -1,7 +1,5 @@
 #include "dfdl/pifiterator/pifiteratorforparser.h"
 
-#include <algorithm>
-
 #include "dfdl/buffer/buffermanager.h"
 #include "dfdl/foundation/context.h"
 #include "dfdl/foundation/dfdlustring.h"
@@ -43,7 +41,6 @@ void releaseRootItem(PIFIteratorForParser* iterator) {
 PIFIteratorForParser* new_PIFIteratorForParser(DFDLParserImpl* parser, DFDLConstants* constants) {
     auto* this_ = DFDLHeapAdapter_new<PIFIteratorForParser>(parser->heap);
     this_->parser = parser;
-    std::fill_n(this_->plainText, PLAIN_TEXT_GUARD, PLAIN_TEXT_NO_PAD);
     this_->messageHeap = parser->messageHeap;
     this_->context = parser->context;
     this_->constants = constants;

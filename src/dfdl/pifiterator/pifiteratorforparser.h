@@ -61,8 +61,7 @@ struct PIFIteratorForParser {
     // The whole message is wanted and nobody looks at regions, trace or facets, so that members may be parsed
     // without items of their own.
     uint32_t runsAhead;
-    // Scratch of the short road, between guards that are no pad character.
-    UChar plainText[PLAIN_TEXT_GUARD + MOST_PLAIN_TEXT + PLAIN_TEXT_GUARD];
+    UChar plainText[MOST_PLAIN_TEXT + 1];  // scratch of the short road
 };
 
 PIFIteratorForParser* new_PIFIteratorForParser(DFDLParserImpl* parser, DFDLConstants* constants);

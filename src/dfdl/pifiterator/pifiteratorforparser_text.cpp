@@ -107,13 +107,12 @@ class FieldBytes {
     const uint8_t* bytes() const { return bytes_; }  // null: fewer bytes than asked for
 
   private:
-    // Memory is taken only once the bytes are known to be there: the length may be hostile.
     void copyBytes(int64_t length) {
         BufferManager* buffer = iterator_->bufferManager;
-        const int64_t start = BufferManager_bytePosition(buffer);
-        if (!BufferManager_loadBytes(buffer, start + length)) return;
         copy_ = BufferManager_allocateBytes(buffer, length);
-        if (BufferManager_read(buffer, copy_, length, start, false) == length) bytes_ = copy_;
+        const int64_t got =
+            BufferManager_read(buffer, copy_, length, BufferManager_bytePosition(buffer), false);
+        if (got == length) bytes_ = copy_;
     }
 
     PIFIteratorForParser* iterator_;

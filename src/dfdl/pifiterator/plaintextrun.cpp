@@ -1,7 +1,4 @@
-#include <emmintrin.h>
-
 #include <algorithm>
-#include <bit>
 
 #include "dfdl/buffer/buffermanager.h"
 #include "dfdl/converters/charsetmanager.h"
@@ -27,32 +24,19 @@ bool isOpenGround(const BufferManager* buffer, int64_t bytes) {
     return buffer->bitLimit < 1 || buffer->bitPosition + 8 * bytes <= buffer->bitLimit;
 }
 
-// Eight units at a time, from the end: most texts are judged by one look, without a branch for each unit. The
-// guard before the text ends the search.
-int32_t lengthWithoutTrailing(const UChar* chars, int32_t length, UChar pad) {
-    constexpr uint32_t ALL = 0xFFFF;
-    const __m128i pads = _mm_set1_epi16(static_cast<int16_t>(pad));
-    int32_t at = length;
-    for (;;) {
-        const __m128i block =
-            _mm_loadu_si128(reinterpret_cast<const __m128i*>(chars + at - PLAIN_TEXT_GUARD));
-        const uint32_t others = ~static_cast<uint32_t>(_mm_movemask_epi8(_mm_cmpeq_epi16(block, pads))) & ALL;
-        at -= PLAIN_TEXT_GUARD;
-        if (others != 0) return at + (static_cast<int32_t>(std::bit_width(others)) + 1) / 2;
-    }
-}
-
 Text trim(const RowPlan& plan, UChar* chars, int32_t length) {
     UChar* start = chars;
+    UChar* end = chars + length;
     const UChar pad = plan.padCharacter[0];
     if (plan.trim == TRIM_CHARACTER) {
-        if (plan.trimTrailing != 0) length = lengthWithoutTrailing(chars, length, pad);
-        if (plan.trimLeading != 0) {
-            start = std::find_if(chars, chars + length, [pad](UChar unit) { return unit != pad; });
+        if (plan.trimLeading != 0)
+            start = std::find_if(start, end, [pad](UChar unit) { return unit != pad; });
+        if (plan.trimTrailing != 0) {
+            while (end > start && end[-1] == pad) --end;
         }
     }
-    chars[length] = 0;
-    return {start, static_cast<int32_t>(chars + length - start)};
+    *end = 0;
+    return {start, static_cast<int32_t>(end - start)};
 }
 
 void deliver(DFDLDocHandlerImpl* handler, const PlainText& plan, const Text& text, int64_t startBit,
@@ -87,15 +71,14 @@ bool parsePlainText(PIFIteratorForParser* iterator, RowPlan* plan) {
     const uint8_t* bytes = BufferManager_peekBytes(buffer, length);
     if (bytes == nullptr || !isOpenGround(buffer, length)) return false;
     DFDLCharset* charset = charsetOf(iterator, plan);
-    UChar* chars = iterator->plainText + PLAIN_TEXT_GUARD;
     if (charset == nullptr || mayHaveMark(buffer, charset)) return false;
-    if (!DFDLCharset_decodeDirectly(charset, bytes, length, chars)) return false;
+    if (!DFDLCharset_decodeDirectly(charset, bytes, length, iterator->plainText)) return false;
     const int64_t startBit = buffer->bitPosition;
     buffer->currentBuffer->position += length;
     buffer->bitPosition += 8 * static_cast<int64_t>(length);
     buffer->charPosition += length;
-    deliver(iterator->eventBuffer->adapter->docHandler, plan->plainText, trim(*plan, chars, length), startBit,
-            buffer->bitPosition);
+    deliver(iterator->eventBuffer->adapter->docHandler, plan->plainText,
+            trim(*plan, iterator->plainText, length), startBit, buffer->bitPosition);
     return true;
 }
 

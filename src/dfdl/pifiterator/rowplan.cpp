@@ -167,7 +167,7 @@ bool isPlainText(const RowPlan& plan, const GroupMemberTableRow& row) {
         (plan.lengthKind == EXPLICIT && plan.units == BYTES) ||
         ((plan.lengthKind == EXPLICIT || plan.lengthKind == IMPLICIT) && plan.units == CHARACTERS);
     return once && !framed && counted && plan.length >= 1 && plan.length <= MOST_PLAIN_TEXT &&
-           plan.trim != TRIM_BYTE && plan.padCharacter[1] == 0 && plan.padCharacter[0] != PLAIN_TEXT_NO_PAD;
+           plan.trim != TRIM_BYTE && plan.padCharacter[1] == 0;
 }
 
 const UChar* charsOf(const DFDLUString* string) { return string == nullptr ? u"" : string->chars; }

@@ -17,9 +17,6 @@ enum TrimKind : uint8_t { TRIM_NONE, TRIM_CHARACTER, TRIM_BYTE };
 // the hot loop looks at a few adjacent words instead of half a dozen property rows.
 // Units of the longest text that the short road takes.
 inline constexpr int32_t MOST_PLAIN_TEXT = 1000;
-// Units before and behind the short road's scratch, so that it can be looked at in blocks.
-inline constexpr int32_t PLAIN_TEXT_GUARD = 8;
-inline constexpr UChar PLAIN_TEXT_NO_PAD = 0xFFFF;  // what the guards hold; no character
 
 // What the short road needs of a plain text, in one place. The characters are the grammar's.
 struct PlainText {
