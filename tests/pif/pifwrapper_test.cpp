@@ -3,6 +3,7 @@
 
 #include <filesystem>
 #include <string>
+#include <utility>
 
 #include "pif.pb.h"
 
@@ -37,6 +38,21 @@ TEST(PIFWrapper, fieldsOfEachTypeReachTheMessage) {
     EXPECT_EQ(pif.pPIF()->expressions_table().row(0).iinstructionset(), std::string("x\0y", 3));
     EXPECT_EQ(pif.pPIF()->alignment_table().row(0).ialignmentunits(), PIF::MPIFEnums::ALUNITS_BYTES);
     EXPECT_EQ(pif.pPIF()->text_number_table().row(0).itextnumberroundingincrement(), 0.5);
+}
+
+TEST(PIFWrapper, anEmptyHandGivesNoTextAndNoGrammar) {
+    PIFWrapper::MPIF pif;
+    auto element = pif.mutable_element_table()->add_row();
+    element.set_name(static_cast<const char*>(nullptr));
+    element.set_namespace(nullptr, 5);
+    EXPECT_TRUE(element.has_name());
+    EXPECT_EQ(element.get_name() + element.get_namespace(), "");
+    const PIFWrapper::MPIF taken(std::move(pif));
+    EXPECT_EQ(taken.pPIF()->element_table().row_size(), 1);
+    int code = -1;
+    EXPECT_EQ(new_DFDLGrammarFromPIFWrapper(nullptr, &pif, nullptr, &code), nullptr);
+    EXPECT_EQ(code, 5) << "the message has gone";
+    EXPECT_FALSE(pif.serialize("/dev/null"));
 }
 
 TEST(PIFWrapper, rowsAreReadBackThroughTheirTable) {

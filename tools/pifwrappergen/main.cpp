@@ -77,16 +77,16 @@ string setterBodyOf(const FieldDescriptor& field) {
 }
 
 string definitionsOf(const Descriptor& message, const FieldDescriptor& field) {
-    const char* text =
-        isText(field)
-            ? "const std::string& $C::get_$F() const { return message_->$A(); }\n"
-              "void $C::set_$F(const std::string& value) { message_->set_$A(value); }\n"
-              "void $C::set_$F(const char* value) { message_->set_$A(value); }\n"
-              "void $C::set_$F(const char* value, size_t length) { message_->set_$A(value, length); }\n"
-              "bool $C::has_$F() const { return message_->has_$A(); }\n"
-            : "$T $C::get_$F() const { return message_->$A(); }\n"
-              "void $C::set_$F($T value) { $S }\n"
-              "bool $C::has_$F() const { return message_->has_$A(); }\n";
+    const char* text = isText(field)
+                           ? "const std::string& $C::get_$F() const { return message_->$A(); }\n"
+                             "void $C::set_$F(const std::string& value) { message_->set_$A(value); }\n"
+                             "void $C::set_$F(const char* value) { message_->set_$A(textOf(value)); }\n"
+                             "void $C::set_$F(const char* value, size_t length) {\n"
+                             "    message_->set_$A(textOf(value), value == nullptr ? 0 : length);\n}\n"
+                             "bool $C::has_$F() const { return message_->has_$A(); }\n"
+                           : "$T $C::get_$F() const { return message_->$A(); }\n"
+                             "void $C::set_$F($T value) { $S }\n"
+                             "bool $C::has_$F() const { return message_->has_$A(); }\n";
     return replaced(text, {{"$S", setterBodyOf(field)},
                            {"$C", message.name()},
                            {"$F", lower(field.name())},
@@ -131,6 +131,7 @@ string rootClass(const Descriptor& root) {
         "the\n"
         "// next parse().\n"
         "class DFDL_API MPIF {\n  public:\n    MPIF();\n    ~MPIF();\n"
+        "    MPIF(MPIF&& other) noexcept;  // leaves the other without a message: fit to be destroyed only\n"
         "    MPIF(const MPIF&) = delete;\n    MPIF& operator=(const MPIF&) = delete;\n\n";
     for (int index = 0; index < root.field_count(); ++index) {
         const FieldDescriptor& field = *root.field(index);
@@ -202,6 +203,12 @@ constexpr char SOURCE_START[] = R"(// Made from the schema of the grammar; do no
 
 namespace PIFWrapper {
 
+namespace {
+
+const char* textOf(const char* value) { return value == nullptr ? "" : value; }
+
+}  // namespace
+
 )";
 
 constexpr char SOURCE_END[] = R"(
@@ -209,6 +216,11 @@ MPIF::MPIF() {
     auto message = std::make_unique<PIF::MPIF>();
     tables_ = new Tables(message.get());
     message_ = message.release();
+}
+
+MPIF::MPIF(MPIF&& other) noexcept : message_(other.message_), tables_(other.tables_) {
+    other.message_ = nullptr;
+    other.tables_ = nullptr;
 }
 
 MPIF::~MPIF() {
@@ -220,11 +232,13 @@ PIF::MPIF* MPIF::pPIF() { return message_; }
 const PIF::MPIF* MPIF::pPIF() const { return message_; }
 
 bool MPIF::serialize(const char* path) const {
+    if (message_ == nullptr) return false;
     std::ofstream file(path, std::ios::binary | std::ios::trunc);
     return file.is_open() && message_->SerializePartialToOstream(&file) && file.flush().good();
 }
 
 bool MPIF::parse(const char* path) {
+    if (message_ == nullptr) return false;
     std::ifstream file(path, std::ios::binary);
     const bool parsed = file.is_open() && message_->ParsePartialFromIstream(&file);
     if (!parsed) message_->Clear();

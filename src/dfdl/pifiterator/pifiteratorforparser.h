@@ -45,7 +45,6 @@ struct PIFIteratorForParser {
     ParserRegionHandler* parserRegionHandler;
     VariableManager* variableManager;
     BacktrackingManager* backtrackingManager;
-    DFDLValue* simpleValue;
     DFDLRegionHandlerImpl* userRegionHandler;  // region events are made only if it is there
     TraceHandlerAdapter* traceAdapter;
     CharsetManager* charsetManager;
