@@ -44,7 +44,7 @@ $CXX -std=c++20 -Wall -Werror ${CFLAGS:-} "$sources/tests/install/wrapper.cpp" \
     $(pkg-config --cflags --libs dfdl) -Wl,-rpath,"$libraries" -o "$work/wrapper"
 "$work/wrapper" || fail "the program that makes a grammar in memory ended with $?"
 
-cmake -S "$sources/tests/install/consumer" -B "$work/consumer" -DREADME_C="$program" \
+cmake -G Ninja -S "$sources/tests/install/consumer" -B "$work/consumer" -DREADME_C="$program" \
     -DCMAKE_PREFIX_PATH="$prefix" >"$work/consumer.log"
 cmake --build "$work/consumer" >>"$work/consumer.log"
 expect "the program by find_package" \

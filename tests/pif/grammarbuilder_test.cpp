@@ -7,6 +7,7 @@
 #include "dfdl/foundation/dfdlustring.h"
 #include "dfdl/foundation/guard.h"
 #include "dfdl/pif/spif.h"
+#include "support/memberrow.h"
 #include "support/testheap.h"
 
 namespace {
@@ -143,6 +144,36 @@ TEST(GrammarLoading, judgesTheVersionOfASingleRow) {
         EXPECT_EQ(resultCode, c.resultCode) << c.version << " in " << c.rows;
         EXPECT_EQ(grammar != nullptr, c.resultCode == 0);
     }
+}
+
+// Rows that share one large group must not each walk its members: this takes minutes if they do.
+TEST(Loading, JudgesASharedGroupOnce) {
+    constexpr int32_t ROWS = 60000;
+    GrammarBuilder builder;
+    builder.complexElement("r").text("a").bytes(1);
+    PIF::MPIF& pif = builder.pif();
+    constexpr int32_t SHARED = 1000001;
+    constexpr int32_t HOLDER = 1000002;
+    for (const int32_t group : {SHARED, HOLDER}) {
+        pif.mutable_group_table()->add_row()->set_group_id(group);
+        for (int32_t number = 1; number <= ROWS; ++number) {
+            auto* row = pif.mutable_group_member_table()->add_row();
+            MemberRow_clear(row);
+            row->set_parent_group_id(group);
+            row->set_sequence_number(number);
+            row->set_iphysicaltype(PIF::MPIFEnums::GROUP_SEQUENCE);
+            if (group == HOLDER) row->set_child_group_id(SHARED);
+        }
+    }
+    const std::string bytes = pif.SerializeAsString();
+    int code = -1;
+    DFDLGrammar* grammar = new_DFDLGrammarFromByteArray(nullptr, bytes.data(), bytes.size(), nullptr, &code);
+    EXPECT_EQ(0, code);
+    ASSERT_NE(nullptr, grammar);
+    const auto* last = static_cast<const GroupMemberTableRow*>(
+        Array_at(grammar->groupMemberTable->rows, grammar->groupMemberTable->rows->count - 1));
+    EXPECT_TRUE(GroupMemberTableRow_has(last, GM_SUPPRESSABLE));
+    delete_DFDLGrammar(grammar);
 }
 
 }  // namespace

@@ -13,7 +13,12 @@ struct Pending {
     GroupMemberTableRow* row;
     GroupMemberTableRow* member;  // being judged
     bool any;                     // one member with the property is enough
+    Judgement* judgement;         // of the members, for other rows with the same group
 };
+
+void conclude(const Pending* pending, bool value) {
+    if (pending->judgement != nullptr) *pending->judgement = value ? JUDGEMENT_YES : JUDGEMENT_NO;
+}
 
 Pending* topOf(ArrayList* stack) {
     return static_cast<Pending*>(ArrayList_get(stack, ArrayList_size(stack) - 1));
@@ -48,18 +53,23 @@ void beginDefault(ArrayList* stack, GroupMemberTableRow* row) {
     if (kind != GROUP_SEQUENCE && kind != GROUP_UNORDERED && kind != GROUP_CHOICE) return;
     GroupMemberTableRow* first = content->groupRow->firstMember;
     if (first == nullptr) return settleDefault(row, true);
-    const Pending pending = {row, first, kind == GROUP_CHOICE};
+    const bool any = kind == GROUP_CHOICE;
+    const Judgement known = content->groupRow->membersWithDefault[any];
+    if (known != JUDGEMENT_OPEN) return settleDefault(row, known == JUDGEMENT_YES);
+    const Pending pending = {row, first, any, &content->groupRow->membersWithDefault[any]};
     ArrayList_add(stack, &pending);
 }
 
 void stepDefault(ArrayList* stack) {
     Pending* top = topOf(stack);
     if (top->member == nullptr) {  // none has decided
+        conclude(top, !top->any);
         settleDefault(top->row, !top->any);
         return pop(stack);
     }
     if (!top->member->hasDefaultComputed) return beginDefault(stack, top->member);
     if (hasDefault(top->member) == top->any) {
+        conclude(top, top->any);
         settleDefault(top->row, top->any);
         return pop(stack);
     }
@@ -80,23 +90,32 @@ bool leavesDelimiter(const GroupMemberTableRow* member) {
 void beginSuppressable(ArrayList* stack, GroupMemberTableRow* row) {
     row->flags |= GM_SUPPRESSABLE_KNOWN;
     if (GroupMemberTableRow_has(row, GM_INITIATOR | GM_TERMINATOR)) return;
-    const Pending pending = {row, row->groupRow == nullptr ? nullptr : row->groupRow->firstMember, false};
+    GroupTableRow* group = row->groupRow;
+    const Judgement known = group == nullptr ? JUDGEMENT_OPEN : group->suppressableMembers;
+    if (known == JUDGEMENT_YES) row->flags |= GM_SUPPRESSABLE;
+    if (known != JUDGEMENT_OPEN) return;
+    const Pending pending = {row, group == nullptr ? nullptr : group->firstMember, false,
+                             group == nullptr ? nullptr : &group->suppressableMembers};
     ArrayList_add(stack, &pending);
+}
+
+void endSuppressable(ArrayList* stack, bool value) {
+    const Pending* top = topOf(stack);
+    conclude(top, value);
+    if (value) top->row->flags |= GM_SUPPRESSABLE;
+    pop(stack);
 }
 
 void stepSuppressable(ArrayList* stack) {
     Pending* top = topOf(stack);
     GroupMemberTableRow* member = top->member;
-    if (member == nullptr) {
-        top->row->flags |= GM_SUPPRESSABLE;
-        return pop(stack);
-    }
+    if (member == nullptr) return endSuppressable(stack, true);
     if (member->min_occurs > 0) {
-        if (!isGroup(member)) return pop(stack);
+        if (!isGroup(member)) return endSuppressable(stack, false);
         if (!GroupMemberTableRow_has(member, GM_SUPPRESSABLE_KNOWN)) return beginSuppressable(stack, member);
-        if (!GroupMemberTableRow_has(member, GM_SUPPRESSABLE)) return pop(stack);
+        if (!GroupMemberTableRow_has(member, GM_SUPPRESSABLE)) return endSuppressable(stack, false);
     }
-    if (leavesDelimiter(member)) return pop(stack);
+    if (leavesDelimiter(member)) return endSuppressable(stack, false);
     top->member = member->nextSibling;
 }
 

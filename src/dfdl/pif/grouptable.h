@@ -13,6 +13,8 @@ struct sPIF;
 inline constexpr int32_t CHOICE_BY_TAG = 2;
 inline constexpr int32_t CHOICE_BY_TRIAL = 3;
 
+enum Judgement : uint8_t { JUDGEMENT_OPEN = 0, JUDGEMENT_NO = 1, JUDGEMENT_YES = 2 };
+
 // One sequence, choice or content of a complex element.
 struct GroupTableRow {
     DFDLHeapAdapter* heap = nullptr;
@@ -26,6 +28,9 @@ struct GroupTableRow {
     GroupMemberTableRow* firstMember = nullptr;  // null: a group without members
     GroupMemberTableRow* owningRow = nullptr;    // the first member row that holds this group
     int32_t memberCount = 0;
+    // Judged once for all rows that share the group.
+    Judgement suppressableMembers = JUDGEMENT_OPEN;  // each can produce nothing
+    Judgement membersWithDefault[2] = {};            // all of them; any of them
     // How a choice finds its branch without trying them in turn.
     int32_t tagLength = -1;  // units of every branch's initiator
     int32_t choiceResolution = CHOICE_BY_TRIAL;
