@@ -109,12 +109,16 @@ const DFDLUString* PIFIteratorForParser_getXPath(PIFIteratorForParser* this_) {
     return this_->currentItem == nullptr ? nullptr : ContextItem_getXPath(this_->currentItem);
 }
 
+void PIFIteratorForParser_raiseEndless(PIFIteratorForParser* this_, const GroupMemberTableRow* row) {
+    ProcessingError_setValues(this_->context->currentError, __FILE__, __LINE__,
+                              DFDLParser_infiniteLoopPrevention, ERROR_PROCESSING, SUBKIND_NONE, "%lld%Z",
+                              static_cast<long long>(BufferManager_bytePosition(this_->bufferManager)),
+                              row->scdText);
+}
+
 void PIFIteratorForParser_push(PIFIteratorForParser* this_, ContextItemForParser* item) {
     if (this_->stackDepth >= MAX_STACK_DEPTH) {
-        ProcessingError_setValues(this_->context->currentError, __FILE__, __LINE__,
-                                  DFDLParser_infiniteLoopPrevention, ERROR_PROCESSING, SUBKIND_NONE, "%lld%Z",
-                                  static_cast<long long>(BufferManager_bytePosition(this_->bufferManager)),
-                                  item->row->scdText);
+        PIFIteratorForParser_raiseEndless(this_, item->row);
         return;
     }
     ContextItem_setChild(this_->currentItem, item);

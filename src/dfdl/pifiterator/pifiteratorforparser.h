@@ -28,6 +28,8 @@ struct sPIF;
 // Items that may be open at once. A grammar that refers to itself without consuming data would otherwise
 // nest until memory ends.
 inline constexpr int32_t MAX_STACK_DEPTH = 20000;
+// Occurrences of one member that may follow each other without taking anything from the data.
+inline constexpr int32_t MAX_EMPTY_OCCURRENCES = 1000000;
 
 // Walks the grammar over the data with a stack of context items, one per open element or group. Each item
 // works in steps; a step leaves no failure in the current error record unless the walk is over.
@@ -76,6 +78,9 @@ void PIFIteratorForParser_reset(PIFIteratorForParser* this_);
 bool PIFIteratorForParser_move(PIFIteratorForParser* this_);
 const GroupMemberTableRow* PIFIteratorForParser_getPosition(const PIFIteratorForParser* this_);
 const DFDLUString* PIFIteratorForParser_getXPath(PIFIteratorForParser* this_);  // null without a position
+
+// Raises that the walk would go on without the data.
+void PIFIteratorForParser_raiseEndless(PIFIteratorForParser* this_, const GroupMemberTableRow* row);
 
 // The stack.
 void PIFIteratorForParser_push(PIFIteratorForParser* this_, ContextItemForParser* item);

@@ -136,7 +136,12 @@ void PIFIteratorForParser_group_beforeGroupMember(PIFIteratorForParser* this_, C
         endGroup(group);
         return;
     }
-    member->occurrenceStart = BufferManager_bitPosition(this_->bufferManager);
+    const int64_t position = BufferManager_bitPosition(this_->bufferManager);
+    if (member->occurrences >= MAX_EMPTY_OCCURRENCES && member->occurrenceStart == position) {
+        PIFIteratorForParser_raiseEndless(this_, member->row);
+        return;
+    }
+    member->occurrenceStart = position;
     if (!isOptional(member)) return;
     traceAttempt(this_, member);
     ContextItemForParser_createCheckPoint(group);

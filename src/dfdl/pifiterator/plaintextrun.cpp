@@ -1,7 +1,6 @@
 #include <algorithm>
 
 #include "dfdl/buffer/buffermanager.h"
-#include "dfdl/converters/charsetmanager.h"
 #include "dfdl/converters/dfdlcharset.h"
 #include "dfdl/foundation/context.h"
 #include "dfdl/foundation/processingerror.h"
@@ -56,21 +55,21 @@ bool mayHaveMark(const BufferManager* buffer, DFDLCharset* charset) {
     return buffer->bomChecked == 0 && DFDLCharset_canHaveBOM(charset);
 }
 
-DFDLCharset* charsetOf(PIFIteratorForParser* iterator, RowPlan* plan) {
-    if (plan->plainText.charset == nullptr) {
-        plan->plainText.charset =
-            CharsetManager_getDFDLEncoding(iterator->charsetManager, plan->encodingIndex);
-    }
-    return plan->plainText.charset;
+// Makes the text's encoding the buffer's current one, as the general road does: groups without an encoding of
+// their own count characters in the one that was used last. Null if it cannot be had.
+DFDLCharset* useEncoding(BufferManager* buffer, const RowPlan& plan) {
+    if (buffer->currentEncodingIndex == plan.encodingIndex) return buffer->currentCharset;
+    const bool set = BufferManager_initializeEncoderDecoders(buffer, plan.encodingIndex, nullptr);
+    return set && buffer->currentEncodingIndex == plan.encodingIndex ? buffer->currentCharset : nullptr;
 }
 
 // False, with nothing moved, if the text needs the general road.
-bool parsePlainText(PIFIteratorForParser* iterator, RowPlan* plan) {
+bool parsePlainText(PIFIteratorForParser* iterator, const RowPlan* plan) {
     BufferManager* buffer = iterator->bufferManager;
     const auto length = static_cast<int32_t>(plan->length);
     const uint8_t* bytes = BufferManager_peekBytes(buffer, length);
     if (bytes == nullptr || !isOpenGround(buffer, length)) return false;
-    DFDLCharset* charset = charsetOf(iterator, plan);
+    DFDLCharset* charset = useEncoding(buffer, *plan);
     if (charset == nullptr || mayHaveMark(buffer, charset)) return false;
     if (!DFDLCharset_decodeDirectly(charset, bytes, length, iterator->plainText)) return false;
     const int64_t startBit = buffer->bitPosition;
@@ -89,7 +88,7 @@ void PIFIteratorForParser_runPlainTexts(PIFIteratorForParser* this_, ContextItem
     const GroupMemberTableRow* first = PIFIteratorForParser_nextCandidate(this_, group);
     const GroupMemberTableRow* row = first;
     while (row != nullptr) {
-        RowPlan* plan = &this_->plans[row->rowIndex];
+        const RowPlan* plan = &this_->plans[row->rowIndex];
         if (plan->isPlainText == 0 || !parsePlainText(this_, plan)) break;
         row = row->nextSibling;
     }

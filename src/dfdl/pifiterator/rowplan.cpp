@@ -174,8 +174,8 @@ const UChar* charsOf(const DFDLUString* string) { return string == nullptr ? u""
 
 PlainText planPlainText(const GroupMemberTableRow& row) {
     const ElementTableRow* element = row.elementRow;
-    return {charsOf(element->name), charsOf(element->namespace_), charsOf(row.scdText),
-            element->element_id,    element->namespaceId,         nullptr};
+    return {charsOf(element->name), charsOf(element->namespace_), charsOf(row.scdText), element->element_id,
+            element->namespaceId};
 }
 
 RowPlan planRow(const GroupMemberTableRow& row) {

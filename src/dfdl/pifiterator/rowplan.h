@@ -5,7 +5,6 @@
 
 #include <cstdint>
 
-struct DFDLCharset;
 struct DFDLHeapAdapter;
 struct GroupMemberTableRow;
 struct sPIF;
@@ -25,7 +24,6 @@ struct PlainText {
     const UChar* designator;
     int32_t elementId;
     int32_t namespaceId;
-    DFDLCharset* charset;  // of a constant encoding; found at the first use
 };
 
 struct RowPlan {
