@@ -4,6 +4,7 @@
 #include "dfdl/foundation/context.h"
 #include "dfdl/foundation/dfdlustring.h"
 #include "dfdl/foundation/processingerror.h"
+#include "dfdl/framework/compileddfdlstringliteral.h"
 #include "dfdl/pif/elementtable.h"
 #include "dfdl/pif/groupmembertable.h"
 #include "dfdl/pif/spif.h"
@@ -114,6 +115,24 @@ void PIFIteratorForParser_raiseEndless(PIFIteratorForParser* this_, const GroupM
                               DFDLParser_infiniteLoopPrevention, ERROR_PROCESSING, SUBKIND_NONE, "%lld%Z",
                               static_cast<long long>(BufferManager_bytePosition(this_->bufferManager)),
                               row->scdText);
+}
+
+void PIFIteratorForParser_setScannedMarkup(PIFIteratorForParser* this_, const GroupMemberTableRow* row,
+                                           const CompiledDFDLStringLiteral* literal, int64_t length) {
+    this_->markupInfo = {row, literal, length};
+    this_->scannedMarkup = &this_->markupInfo;
+}
+
+void PIFIteratorForParser_setScannedMarkupWithLevel(PIFIteratorForParser* this_, int32_t level,
+                                                    const CompiledDFDLStringLiteral* literal,
+                                                    int64_t length) {
+    const ContextItem* owner = this_->currentItem;
+    if (literal->kind == MARKUP_END_OF_DATA) {
+        owner = this_->rootItem;
+    } else {
+        for (; level > 0 && owner->parent != nullptr; --level) owner = owner->parent;
+    }
+    PIFIteratorForParser_setScannedMarkup(this_, owner->row, literal, length);
 }
 
 void PIFIteratorForParser_push(PIFIteratorForParser* this_, ContextItemForParser* item) {

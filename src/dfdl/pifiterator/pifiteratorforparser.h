@@ -6,6 +6,7 @@
 #include <cstdint>
 
 #include "dfdl/foundation/dfdlheapadapter.h"
+#include "dfdl/framework/markupinfo.h"
 #include "dfdl/pifiterator/contextitemforparser.h"
 #include "dfdl/pifiterator/rowplan.h"
 
@@ -18,6 +19,7 @@ struct DFDLParserImpl;
 struct DFDLRegionHandlerImpl;
 struct DFDLUString;
 struct DFDLValue;
+struct DelimitedScannerBytes;
 struct DocHandlerEventBuffer;
 struct GroupMemberTableRow;
 struct ParserRegionHandler;
@@ -50,6 +52,9 @@ struct PIFIteratorForParser {
     DFDLRegionHandlerImpl* userRegionHandler;  // region events are made only if it is there
     TraceHandlerAdapter* traceAdapter;
     CharsetManager* charsetManager;
+    DelimitedScannerBytes* delimitedScanner;
+    MarkupInfo markupInfo;            // what scannedMarkup points to
+    const MarkupInfo* scannedMarkup;  // seen ahead and not consumed; null: nothing
     int32_t stackDepth;
     int32_t hiddenDepth;  // open hidden groups
     DFDLParserImpl* parser;
@@ -81,6 +86,13 @@ const DFDLUString* PIFIteratorForParser_getXPath(PIFIteratorForParser* this_);  
 
 // Raises that the walk would go on without the data.
 void PIFIteratorForParser_raiseEndless(PIFIteratorForParser* this_, const GroupMemberTableRow* row);
+
+// What the scanner has seen, with the row that owns the delimiter.
+void PIFIteratorForParser_setScannedMarkup(PIFIteratorForParser* this_, const GroupMemberTableRow* row,
+                                           const CompiledDFDLStringLiteral* literal, int64_t length);
+// The owner is the item that lies `level` steps below the top, for the end of the data the root.
+void PIFIteratorForParser_setScannedMarkupWithLevel(PIFIteratorForParser* this_, int32_t level,
+                                                    const CompiledDFDLStringLiteral* literal, int64_t length);
 
 // The stack.
 void PIFIteratorForParser_push(PIFIteratorForParser* this_, ContextItemForParser* item);
