@@ -141,7 +141,8 @@ class Mutator {
 };
 
 TEST(HostileGrammar, EndsTheParseAlikeByEveryRoad) {
-    const std::string data("ab-\0x\0y-00d..1e..eeeeAA\xE9", 26);
+    using namespace std::string_literals;
+    const std::string data = "ab-\0x\0y-00d..1e..eeeeAA\xE9"s;
     int parsed = 0;
     for (uint32_t round = 0; round < ROUNDS; ++round) {
         GrammarBuilder builder;
