@@ -2,11 +2,13 @@
 
 #include <gtest/gtest.h>
 
+#include <set>
 #include <string>
 
 #include "dfdl/foundation/dfdlustring.h"
 #include "dfdl/foundation/guard.h"
 #include "dfdl/pif/spif.h"
+#include "support/markupsets.h"
 #include "support/memberrow.h"
 #include "support/testheap.h"
 
@@ -81,6 +83,57 @@ TEST(GrammarBuilder, whatAHandleSaysLaterIsInTheNextMessage) {
     root.text("more");
     EXPECT_EQ(builder.pif().element_table().row_size(), before + 1);
     EXPECT_EQ(builder.pif().element_table().row(0).name(), "root");
+}
+
+// The id of the context that a member stands in under an enclosing one, as the walk finds it.
+int32_t contextOf(const DFDLGrammar* grammar, int32_t parentId, const GroupMemberTableRow* row) {
+    const int32_t ending = row->markupRow == nullptr ? -1 : row->markupRow->terminatingMarkupId;
+    return MarkupSetTable_getMarkupSetId(grammar->markupSetTable, parentId, ending);
+}
+
+TEST(GrammarBuilder, everyPlaceInANestedGrammarHasItsMarkupSet) {
+    GrammarBuilder builder;
+    auto file = builder.complexElement("file");
+    file.text("plain").bytes(1);
+    auto lines = file.sequence().separator("%NL;");
+    auto line = lines.complexElement("line");
+    auto fields = line.content().separator(";");
+    fields.text("first").delimited();
+    fields.text("second").delimited();
+    fields.text("third").delimited().terminator(".");
+    lines.text("like").delimited().terminator(".");
+    const Grammar grammar(builder.load());
+    ASSERT_NE(grammar, nullptr);
+
+    const GroupMemberTableRow* lineRow = rowOf(grammar.get(), u"line");
+    const GroupMemberTableRow* first = rowOf(grammar.get(), u"first");
+    const GroupMemberTableRow* linesRow = rowOf(grammar.get(), u"plain")->nextSibling;
+    const int32_t inLines = contextOf(grammar.get(), -1, linesRow);
+    const int32_t inLine = contextOf(grammar.get(), inLines, lineRow);
+    const int32_t inFields = contextOf(grammar.get(), inLine, lineRow->groupRow->firstMember);
+    const int32_t inFirst = contextOf(grammar.get(), inFields, first);
+    EXPECT_EQ(contextOf(grammar.get(), -1, rowOf(grammar.get(), u"plain")), -1) << "nothing is in scope";
+    EXPECT_TRUE(inLines >= 0 && inLine >= 0 && inFields >= 0 && inFirst >= 0);
+    EXPECT_EQ(contextOf(grammar.get(), inFields, rowOf(grammar.get(), u"second")), inFirst);
+    const int32_t inThird = contextOf(grammar.get(), inFields, rowOf(grammar.get(), u"third"));
+    const int32_t inLike = contextOf(grammar.get(), inLines, rowOf(grammar.get(), u"like"));
+    EXPECT_EQ(std::set<int32_t>({inLines, inLine, inFields, inFirst, inThird, inLike}).size(), 6U);
+    EXPECT_EQ(Table_size(grammar->markupSetTable), 6) << "no set but those that a walk comes to";
+    EXPECT_EQ(MarkupSetTable_findRowByID(grammar->markupSetTable, inFields)->markupRow,
+              lineRow->groupRow->firstMember->markupRow);
+    EXPECT_EQ(MarkupSetTable_findRowByID(grammar->markupSetTable, inFirst)->markupRow, nullptr);
+}
+
+TEST(GrammarBuilder, aGroupWithinItselfEndsTheSearchForMarkupSets) {
+    GrammarBuilder builder;
+    builder.complexElement("loop").terminator("!").complexElement("inner").terminator("?");
+    PIF::MPIF pif = builder.pif();
+    const int32_t loop = pif.element_table().row(0).group_id();
+    for (PIF::MGroupMemberTableRow& row : *pif.mutable_group_member_table()->mutable_row()) {
+        if (row.child_element_id() == 1) row.set_child_group_id(loop);
+    }
+    fillMarkupSets(&pif);
+    EXPECT_EQ(pif.markupset_table().row_size(), 3) << "the loop, its sequence, and the inner element";
 }
 
 TEST(GrammarLoading, givesBackAllMemoryWhicheverAllocationFails) {

@@ -3,6 +3,7 @@
 #include <cstdio>
 #include <string_view>
 
+#include "support/markupsets.h"
 #include "support/memberrow.h"
 
 namespace {
@@ -24,264 +25,7 @@ bool isAsciiCompatible(std::string_view encoding) {
     return !isEbcdic(encoding) && !startsWithAny(encoding, {"UTF-16", "UTF-32", "UCS", "UTF16", "UTF32"});
 }
 
-// A row that a member refers to by its index: made when the member has none.
-template <class Table, class Row>
-Row* rowAt(Table* table, int32_t index, Row* (*make)(Table*)) {
-    return index >= 0 ? table->mutable_row(index) : make(table);
-}
-
-PIF::MAlignmentTableRow* newAlignment(PIF::MAlignmentTable* table) {
-    PIF::MAlignmentTableRow* row = table->add_row();
-    row->set_ialignment(1);
-    row->set_ifillbyteindex(-1);
-    row->set_ileadingskipbytes(0);
-    row->set_itrailingskipbytes(0);
-    row->set_ialignmentunits(Enums::ALUNITS_BYTES);
-    return row;
-}
-
-PIF::MTextStringTableRow* newTextString(PIF::MTextStringTable* table) {
-    PIF::MTextStringTableRow* row = table->add_row();
-    row->set_itextpadkind(Enums::PAD_KIND_NONE);
-    row->set_itextpadcharacter("");
-    row->set_itexttrimkind(Enums::TRIM_KIND_NONE);
-    row->set_iescapeschemeindex(-1);
-    row->set_itextjustification(Enums::LEFT);
-    row->set_itextencodingindex(-1);
-    return row;
-}
-
-PIF::MTextMarkupTableRow* newMarkup(PIF::MTextMarkupTable* table) {
-    PIF::MTextMarkupTableRow* row = table->add_row();
-    row->set_iinitiatorindex(-1);
-    row->set_iterminatorindex(-1);
-    row->set_iseparatorindex(-1);
-    row->set_iseparatorposition(Enums::POSITION_NONE);
-    row->set_iseparatorpolicy(Enums::POLICY_NONE);
-    row->set_iescapeschemeindex(-1);
-    row->set_iinitiatorexprindex(-1);
-    row->set_iterminatorexprindex(-1);
-    row->set_iseparatorexprindex(-1);
-    row->set_ioutputnewlineexprindex(-1);
-    row->set_itextencodingindex(-1);
-    row->set_iemptyvaluedelimiterpolicy(Enums::DP_BOTH);
-    return row;
-}
-
-PIF::MLengthSchemeTableRow* newLength(PIF::MLengthSchemeTable* table) {
-    PIF::MLengthSchemeTableRow* row = table->add_row();
-    row->set_ilengthschemeid(table->row_size());
-    row->set_ilengthkind(Enums::IMPLICIT);
-    row->set_ilengthunits(Enums::BYTES);
-    row->set_ilength(-1);
-    row->set_ilengthreferenceindex(-1);
-    row->set_iprefixlengthtypeindex(-1);
-    row->set_ilengthexprindex(-1);
-    return row;
-}
-
-// Members' ids in this table are positions from 1 on.
-PIF::MLengthSchemeTableRow* lengthRow(PIF::MPIF* pif, PIF::MGroupMemberTableRow* member) {
-    PIF::MLengthSchemeTable* table = pif->mutable_length_scheme_table();
-    PIF::MLengthSchemeTableRow* row = rowAt(table, member->ilengthschemeid() - 1, newLength);
-    if (member->ilengthschemeid() == -1) member->set_ilengthschemeid(table->row_size());
-    return row;
-}
-
 }  // namespace
-
-// ---- Handles -------------------------------------------------------------------------------------------
-
-GrammarNode* GrammarHandle::addChild(GrammarNode* child) {
-    builder_->emitted_ = false;
-    content().node_->children.push_back(child);
-    return child;
-}
-
-GrammarHandle GrammarHandle::content() {
-    return {builder_, node_->isElement ? node_->children.at(0) : node_};
-}
-
-GrammarHandle GrammarHandle::complexElement(const std::string& name) {
-    return {builder_, addChild(builder_->newComplexElement(name))};
-}
-
-GrammarHandle GrammarHandle::text(const std::string& name) {
-    return {builder_, addChild(builder_->newText(name))};
-}
-
-GrammarHandle GrammarHandle::group(Enums::MDFDLGroupTypeEnum kind, Enums::MPhysicalTypeEnum type) {
-    return {builder_, addChild(builder_->newGroup(kind, type))};
-}
-
-GrammarHandle GrammarHandle::sequence() { return group(Enums::SEQUENCE_ORDERED, Enums::GROUP_SEQUENCE); }
-
-GrammarHandle GrammarHandle::choice() { return group(Enums::CHOICE, Enums::GROUP_CHOICE); }
-
-PIF::MGroupMemberTableRow& GrammarHandle::row() {
-    builder_->emitted_ = false;
-    return node_->row;
-}
-
-PIF::MElementTableRow& GrammarHandle::element() {
-    builder_->emitted_ = false;
-    return node_->element;
-}
-
-GrammarHandle GrammarHandle::length(Enums::MLengthKindEnum kind, Enums::MLengthUnitsEnum units,
-                                    int32_t count) {
-    PIF::MLengthSchemeTableRow* length = lengthRow(&builder_->pif_, &row());
-    length->set_ilengthkind(kind);
-    length->set_ilengthunits(units);
-    length->set_ilength(count);
-    if (units == CHARACTERS && row().itextencodingindex() == -1) encoding("UTF-8");
-    return *this;
-}
-
-GrammarHandle GrammarHandle::implicitBytes(int32_t count) {
-    return length(Enums::IMPLICIT, BYTES, count).facetMaxLength(count);
-}
-
-GrammarHandle GrammarHandle::implicitCharacters(int32_t count) {
-    return length(Enums::IMPLICIT, CHARACTERS, count).facetMaxLength(count);
-}
-
-GrammarHandle GrammarHandle::pattern(const std::string& expression) {
-    length(Enums::PATTERN, CHARACTERS, -1);
-    lengthRow(&builder_->pif_, &row())->set_ilengthpattern(expression);
-    return *this;
-}
-
-GrammarHandle GrammarHandle::encoding(const std::string& name) {
-    const int32_t index = builder_->encoding(name);
-    row().set_itextencodingindex(index);
-    if (row().itextstringindex() != -1) textStringRow()->set_itextencodingindex(index);
-    if (row().itextmarkupid() != -1) markupRow()->set_itextencodingindex(index);
-    return *this;
-}
-
-GrammarHandle GrammarHandle::trim(const std::string& pad, Enums::MTextJustificationEnum justification) {
-    PIF::MTextStringTableRow* text = textStringRow();
-    text->set_itextpadkind(Enums::PAD_KIND_PAD_CHAR);
-    text->set_itextpadcharacter(pad);
-    text->set_itexttrimkind(Enums::TRIM_KIND_PAD_CHAR);
-    text->set_itextjustification(justification);
-    return *this;
-}
-
-PIF::MTextStringTableRow* GrammarHandle::textStringRow() {
-    PIF::MTextStringTable* table = builder_->pif_.mutable_text_string_table();
-    PIF::MTextStringTableRow* text = rowAt(table, row().itextstringindex(), newTextString);
-    if (row().itextstringindex() == -1) row().set_itextstringindex(table->row_size() - 1);
-    text->set_itextencodingindex(row().itextencodingindex());
-    return text;
-}
-
-PIF::MAlignmentTableRow* GrammarHandle::alignmentRow() {
-    PIF::MAlignmentTable* table = builder_->pif_.mutable_alignment_table();
-    PIF::MAlignmentTableRow* alignment = rowAt(table, row().ialignmentid(), newAlignment);
-    if (row().ialignmentid() == -1) row().set_ialignmentid(table->row_size() - 1);
-    return alignment;
-}
-
-PIF::MTextMarkupTableRow* GrammarHandle::markupRow() {
-    PIF::MTextMarkupTable* table = builder_->pif_.mutable_text_markup_table();
-    PIF::MTextMarkupTableRow* markup = rowAt(table, row().itextmarkupid() - 1, newMarkup);
-    if (row().itextmarkupid() == -1) row().set_itextmarkupid(table->row_size());
-    if (row().itextencodingindex() == -1) row().set_itextencodingindex(builder_->encoding("UTF-8"));
-    markup->set_itextencodingindex(row().itextencodingindex());
-    return markup;
-}
-
-GrammarHandle GrammarHandle::align(int32_t bytes) {
-    alignmentRow()->set_ialignment(bytes);
-    alignmentRow()->set_ialignmentunits(Enums::ALUNITS_BYTES);
-    return *this;
-}
-
-GrammarHandle GrammarHandle::alignBits(int32_t bits) {
-    alignmentRow()->set_ialignment(bits);
-    alignmentRow()->set_ialignmentunits(Enums::ALUNITS_BITS);
-    return *this;
-}
-
-GrammarHandle GrammarHandle::skip(int32_t leading, int32_t trailing) {
-    alignmentRow()->set_ileadingskipbytes(leading);
-    alignmentRow()->set_itrailingskipbytes(trailing);
-    return *this;
-}
-
-GrammarHandle GrammarHandle::initiator(const std::string& literal) {
-    markupRow()->set_iinitiatorindex(builder_->literal(literal));
-    return *this;
-}
-
-GrammarHandle GrammarHandle::terminator(const std::string& literal) {
-    markupRow()->set_iterminatorindex(builder_->literal(literal));
-    return *this;
-}
-
-GrammarHandle GrammarHandle::separator(const std::string& literal, Enums::MSeparatorPositionEnum position,
-                                       Enums::MSeparatorPolicyEnum policy) {
-    PIF::MTextMarkupTableRow* markup = markupRow();
-    markup->set_iseparatorindex(builder_->literal(literal));
-    markup->set_iseparatorposition(position);
-    markup->set_iseparatorpolicy(policy);
-    return *this;
-}
-
-GrammarHandle GrammarHandle::occurs(int32_t least, int32_t most) {
-    row().set_min_occurs(least);
-    row().set_max_occurs(most);
-    return *this;
-}
-
-GrammarHandle GrammarHandle::occursKind(Enums::MOccursCountKindEnum kind) {
-    PIF::MOccursSchemeTable* table = builder_->pif_.mutable_occurs_scheme_table();
-    PIF::MOccursSchemeTableRow* occurs = table->add_row();
-    occurs->set_ioccurscountkind(kind);
-    occurs->set_ioccurscount(row().max_occurs());
-    occurs->set_ioccurscountexprindex(-1);
-    occurs->set_istopvaluesindex(-1);
-    row().set_ioccursschemetableindex(table->row_size() - 1);
-    return *this;
-}
-
-GrammarHandle GrammarHandle::namespaceUri(const std::string& uri) {
-    element().set_namespace_(uri);
-    return *this;
-}
-
-GrammarHandle GrammarHandle::defaultValue(const std::string& value) {
-    element().set_defaultvalueindex(builder_->value(node_->kindName, value));
-    element().set_valueconstraintkind(Enums::VC_DEFAULT_VALUE);
-    return *this;
-}
-
-GrammarHandle GrammarHandle::nilLiteral(const std::string& literals) {
-    PIF::MNilSchemeTable* table = builder_->pif_.mutable_nil_scheme_table();
-    PIF::MNilSchemeTableRow* nil = table->add_row();
-    nil->set_inilkind(Enums::NK_LITERAL_VALUE);
-    nil->set_inilliteralindex(builder_->literal(literals));
-    nil->set_inillogicalindex(-1);
-    nil->set_iusenilfordefault(false);
-    nil->set_inilvaluedelimiterpolicy(Enums::DP_BOTH);
-    row().set_inilschemeindex(table->row_size() - 1);
-    return *this;
-}
-
-GrammarHandle GrammarHandle::facet(Enums::MFacetKindEnum kind, const std::string& kindName,
-                                   const std::string& value) {
-    builder_->emitted_ = false;
-    node_->facets.emplace_back(kind, builder_->value(kindName, value));
-    return *this;
-}
-
-GrammarHandle GrammarHandle::facetMaxLength(int32_t count) {
-    return facet(Enums::FACET_MAXLENGTH, "UNSIGNEDLONG", std::to_string(count));
-}
-
-// ---- Builder -------------------------------------------------------------------------------------------
 
 GrammarBuilder::GrammarBuilder() {
     PIF::MPIFGlobalsTableRow* globals = pif_.mutable_pif_globals_table()->add_row();
@@ -319,18 +63,18 @@ GrammarNode* GrammarBuilder::newGroup(Enums::MDFDLGroupTypeEnum kind, Enums::MPh
 GrammarNode* GrammarBuilder::newComplexElement(const std::string& name) {
     GrammarNode* node = newElement(name);
     node->row.set_iphysicaltype(Enums::COMPLEX_ELEMENT);
-    lengthRow(&pif_, &node->row)->set_ilengthkind(Enums::IMPLICIT);
+    GrammarHandle(this, node).length(Enums::IMPLICIT, Enums::BYTES, -1);
     node->children.push_back(newGroup(Enums::SEQUENCE_ORDERED, Enums::GROUP_SEQUENCE));
     return node;
 }
 
-GrammarNode* GrammarBuilder::newText(const std::string& name) {
+GrammarNode* GrammarBuilder::newText(const std::string& name, const std::string& kindName) {
     GrammarNode* node = newElement(name);
-    node->kindName = "STRING";
+    node->kindName = kindName;
     node->row.set_iphysicaltype(Enums::TEXT_STRING);
-    newTextString(pif_.mutable_text_string_table());
-    node->row.set_itextstringindex(pif_.text_string_table().row_size() - 1);
-    GrammarHandle(this, node).encoding("UTF-8");
+    GrammarHandle handle(this, node);
+    handle.textStringRow();
+    handle.encoding("UTF-8");
     return node;
 }
 
@@ -341,7 +85,7 @@ GrammarHandle GrammarBuilder::complexElement(const std::string& name) {
 
 GrammarHandle GrammarBuilder::text(const std::string& name) {
     emitted_ = false;
-    return {this, globals_.emplace_back(newText(name))};
+    return {this, globals_.emplace_back(newText(name, "STRING"))};
 }
 
 int32_t GrammarBuilder::value(const std::string& kindName, const std::string& text) {
@@ -352,13 +96,31 @@ int32_t GrammarBuilder::value(const std::string& kindName, const std::string& te
 }
 
 int32_t GrammarBuilder::literal(const std::string& text) {
-    PIF::MStringPartTableRow* part = pif_.mutable_string_part_table()->add_row();
+    PIF::MStringPartTable* parts = pif_.mutable_string_part_table();
+    for (int32_t index = 0; index < parts->row_size(); ++index) {
+        if (parts->row(index).istringpart() == text) return index;
+    }
+    PIF::MStringPartTableRow* part = parts->add_row();
     part->set_istringpart(text);
     part->set_itextencodingindex(-1);
     part->set_istringpartkind(Enums::STRING_LITERAL);
-    pif_.mutable_string_literal_table()->add_row()->set_istringpartindex(pif_.string_part_table().row_size() -
-                                                                         1);
-    return pif_.string_literal_table().row_size() - 1;
+    const int32_t index = parts->row_size() - 1;  // the two tables grow together
+    pif_.mutable_string_literal_table()->add_row()->set_istringpartindex(index);
+    return index;
+}
+
+int32_t GrammarBuilder::escapeScheme(const PIF::MEscapeSchemeTableRow& scheme) {
+    PIF::MEscapeSchemeTableRow row = scheme;
+    row.set_iescapeschemename("escapes");
+    row.set_igenerateescape(Enums::ESCAPE_WHEN_NEEDED);
+    row.set_iescapecharacterexpr(-1);
+    row.set_iescapeescapecharacterexpr(-1);
+    PIF::MEscapeSchemeTable* table = pif_.mutable_escape_scheme_table();
+    for (int32_t index = 0; index < table->row_size(); ++index) {
+        if (table->row(index).SerializeAsString() == row.SerializeAsString()) return index;
+    }
+    *table->add_row() = row;
+    return table->row_size() - 1;
 }
 
 int32_t GrammarBuilder::encoding(const std::string& name) {
@@ -410,10 +172,11 @@ int32_t GrammarBuilder::emitScd(const std::string& path) {
     return pif_.scd_table().row_size() - 1;
 }
 
-// A type of its own for each element with facets; the plain ones share one by kind.
+// A type of its own for each element with facets or values for nil; the plain ones share one by kind.
 int32_t GrammarBuilder::emitSimpleType(const GrammarNode* node) {
     PIF::MSimpleTypeTable* table = pif_.mutable_simple_type_table();
-    for (int32_t id = 0; node->facets.empty() && id < table->row_size(); ++id) {
+    const bool plain = node->facets.empty() && node->nilValues.empty();
+    for (int32_t id = 0; plain && id < table->row_size(); ++id) {
         const PIF::MSimpleTypeTableRow& row = table->row(id);
         if (row.pifsimpletypename() == node->kindName && row.ifacettableid() == -1) return id;
     }
@@ -424,14 +187,25 @@ int32_t GrammarBuilder::emitSimpleType(const GrammarNode* node) {
     row->set_builtintypeid(-1);
     row->set_iuniontableid(-1);
     row->set_ifacettableid(node->facets.empty() ? -1 : pif_.facet_table().row_size());
-    for (const auto& [kind, valueIndex] : node->facets) {
-        PIF::MFacetTableRow* facet = pif_.mutable_facet_table()->add_row();
-        facet->set_isimpletypeid(id);
-        facet->set_ifacetkind(static_cast<Enums::MFacetKindEnum>(kind));
-        facet->set_ivalueid(valueIndex);
-        facet->set_iimplicit(false);
-    }
+    for (const auto& [kind, valueIndex] : node->facets) emitFacet(id, kind, valueIndex);
     return id;
+}
+
+void GrammarBuilder::emitFacet(int32_t typeId, int32_t kind, int32_t valueIndex) {
+    PIF::MFacetTableRow* facet = pif_.mutable_facet_table()->add_row();
+    facet->set_isimpletypeid(typeId);
+    facet->set_ifacetkind(static_cast<Enums::MFacetKindEnum>(kind));
+    facet->set_ivalueid(valueIndex);
+    facet->set_iimplicit(false);
+}
+
+// The values that mean nil stand among the facets, and the nil scheme points at the first.
+void GrammarBuilder::emitNilValues(const GrammarNode* node, int32_t typeId) {
+    if (node->nilValues.empty()) return;
+    pif_.mutable_nil_scheme_table()
+        ->mutable_row(node->row.inilschemeindex())
+        ->set_inillogicalindex(pif_.facet_table().row_size());
+    for (const int32_t valueIndex : node->nilValues) emitFacet(typeId, Enums::NIL_LOGICAL_VALUE, valueIndex);
 }
 
 int32_t GrammarBuilder::emitGroupRow(Enums::MDFDLGroupTypeEnum kind, const std::string& path) {
@@ -481,6 +255,7 @@ void GrammarBuilder::emitElement(GrammarNode* node, PIF::MGroupMemberTableRow* r
     row->set_child_element_id(id);
     if (node->children.empty()) {
         element->set_simple_type_id(emitSimpleType(node));
+        emitNilValues(node, element->simple_type_id());
         return;
     }
     const int32_t groupId = emitGroupRow(Enums::COMPLEX_TYPE, own + "/~0");
@@ -502,6 +277,7 @@ void GrammarBuilder::emit() {
         *row = node->row;
         emitElement(node, row, "");
     }
+    fillMarkupSets(&pif_);
     emitted_ = true;
 }
 

@@ -22,18 +22,23 @@ struct GrammarNode {
     bool isElement = true;
     std::string kindName;                             // of a simple element's type
     std::vector<std::pair<int32_t, int32_t>> facets;  // kind, row of the values table
+    std::vector<int32_t> nilValues;                   // rows of the values table that mean nil
     std::vector<GrammarNode*> children;               // of a complex element: its model group
 };
 
 // Says what a particle is like. Cheap to copy; good while its builder lives.
 class GrammarHandle {
   public:
+    using DelimiterPolicy = PIF::MPIFEnums::MDelimiterPolicyEnum;
+
     GrammarHandle(GrammarBuilder* builder, GrammarNode* node) : builder_(builder), node_(node) {}
 
     // Members, at the end of a group or of a complex element's content.
     GrammarHandle complexElement(const std::string& name);
     GrammarHandle text(const std::string& name);  // a string in UTF-8, without a length
+    GrammarHandle boolean(const std::string& name, const std::string& trueReps, const std::string& falseReps);
     GrammarHandle sequence();
+    GrammarHandle unordered();
     GrammarHandle choice();
     GrammarHandle content();  // the model group of a complex element
 
@@ -65,6 +70,14 @@ class GrammarHandle {
     GrammarHandle separator(const std::string& literal,
                             PIF::MPIFEnums::MSeparatorPositionEnum position = PIF::MPIFEnums::INFIX,
                             PIF::MPIFEnums::MSeparatorPolicyEnum policy = PIF::MPIFEnums::REQUIRE);
+    GrammarHandle ignoreCase();
+    GrammarHandle initiatedContent();
+    GrammarHandle finalTerminatorCanBeMissing();
+    GrammarHandle emptyValueDelimiterPolicy(DelimiterPolicy policy);
+    // Of a simple element; the texts are taken as they are, without entities.
+    GrammarHandle escapeCharacter(const std::string& escape, const std::string& escapeEscape = "");
+    GrammarHandle escapeBlock(const std::string& start, const std::string& end,
+                              const std::string& escapeEscape = "");
 
     // Occurrences; -1 unbounded.
     GrammarHandle occurs(int32_t least, int32_t most);
@@ -75,7 +88,11 @@ class GrammarHandle {
     // Names and values.
     GrammarHandle namespaceUri(const std::string& uri);
     GrammarHandle defaultValue(const std::string& value);
-    GrammarHandle nilLiteral(const std::string& literals);
+    // Nil, by its representation: one of the literals or filled with the character; or by a value.
+    GrammarHandle nilLiteral(const std::string& literals, DelimiterPolicy policy = PIF::MPIFEnums::DP_NONE);
+    GrammarHandle nilCharacter(const std::string& literal, DelimiterPolicy policy = PIF::MPIFEnums::DP_NONE);
+    GrammarHandle nilLogical(const std::vector<std::string>& values);
+    GrammarHandle useNilForDefault();
     GrammarHandle facetMaxLength(int32_t count);
     GrammarHandle facet(PIF::MPIFEnums::MFacetKindEnum kind, const std::string& kindName,
                         const std::string& value);
@@ -101,6 +118,11 @@ class GrammarHandle {
     PIF::MAlignmentTableRow* alignmentRow();
     PIF::MTextStringTableRow* textStringRow();
     PIF::MTextMarkupTableRow* markupRow();
+    PIF::MNilSchemeTableRow* nilRow();
+    GrammarHandle nil(PIF::MPIFEnums::MNilKindEnum kind, const std::string& literals, DelimiterPolicy policy);
+    GrammarHandle escape(const PIF::MEscapeSchemeTableRow& scheme);
+
+    friend class GrammarBuilder;
 
     GrammarBuilder* builder_;
     GrammarNode* node_;
@@ -131,11 +153,12 @@ class GrammarBuilder {
     GrammarNode* newElement(const std::string& name);
     GrammarNode* newGroup(PIF::MPIFEnums::MDFDLGroupTypeEnum kind, PIF::MPIFEnums::MPhysicalTypeEnum type);
     GrammarNode* newComplexElement(const std::string& name);
-    GrammarNode* newText(const std::string& name);
-    // Each returns the number of a row.
+    GrammarNode* newText(const std::string& name, const std::string& kindName);
+    // Each returns the number of a row. Literals, encodings and escape schemes that are alike share theirs.
     int32_t value(const std::string& kindName, const std::string& text);
     int32_t literal(const std::string& text);
     int32_t encoding(const std::string& name);
+    int32_t escapeScheme(const PIF::MEscapeSchemeTableRow& scheme);
     PIF::MVariableActionsTableRow* define(const std::string& name, const std::string& kindName,
                                           bool external);
 
@@ -145,6 +168,8 @@ class GrammarBuilder {
     void emitMembers(const GrammarNode* node, int32_t groupId, const std::string& path);
     int32_t emitGroupRow(PIF::MPIFEnums::MDFDLGroupTypeEnum kind, const std::string& path);
     int32_t emitSimpleType(const GrammarNode* node);
+    void emitFacet(int32_t typeId, int32_t kind, int32_t valueIndex);
+    void emitNilValues(const GrammarNode* node, int32_t typeId);
     int32_t emitScd(const std::string& path);
 
     PIF::MPIF pif_;
