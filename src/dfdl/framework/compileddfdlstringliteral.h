@@ -26,11 +26,14 @@ struct CompiledDFDLStringLiteral {
     int32_t level;       // how many sets out it belongs
     bool ownsText;
     ArrayList* parts;  // of CompiledStringPart
+    // byteLength bytes where the literal is these and nothing else, borrowed from its only part; null
+    // otherwise.
+    const uint8_t* exactBytes;
     bool isCharacterText;
     bool hasRuntimeEncoding;
 };
 
-// Takes a copy of the text where it is to own it.
+// Takes a copy of the text where it is to own it; otherwise the text outlives the literal.
 CompiledDFDLStringLiteral* new_CompiledDFDLStringLiteral(DFDLHeapAdapter* heap, DFDLUString* text,
                                                          int32_t encodingIndex, bool ownsText);
 void delete_CompiledDFDLStringLiteral(CompiledDFDLStringLiteral* this_);  // null is ignored
@@ -51,6 +54,6 @@ bool CompiledDFDLStringLiteral_isSameStringLiteral(const CompiledDFDLStringLiter
                                                    const CompiledDFDLStringLiteral* b);
 CompiledDFDLStringLiteral* CompiledDFDLStringLiteral_createDeepCopyAndIncrementLevel(
     const CompiledDFDLStringLiteral* this_, DFDLHeapAdapter* heap);
-void CompiledDFDLStringLiteral_reset(CompiledDFDLStringLiteral* this_);
+void CompiledDFDLStringLiteral_reset(CompiledDFDLStringLiteral* this_);  // no text, no parts
 
 #endif

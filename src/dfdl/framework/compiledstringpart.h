@@ -33,4 +33,13 @@ struct CompiledStringPart {
     bool repeating;
 };
 
+// Adopts the bytes.
+MnemonicPart* new_MnemonicPart(DFDLHeapAdapter* heap, uint8_t* bytes, int32_t length);
+void delete_MnemonicPart(MnemonicPart* this_);       // null is ignored
+void MnemonicPart_deleteList(ArrayList* mnemonics);  // and what it lists; null is ignored
+
+CompiledStringPart* new_CompiledStringPart(DFDLHeapAdapter* heap, CompiledStringPartKind kind);
+void delete_CompiledStringPart(CompiledStringPart* this_);  // null is ignored
+CompiledStringPart* CompiledStringPart_clone(const CompiledStringPart* this_, DFDLHeapAdapter* heap);
+
 #endif

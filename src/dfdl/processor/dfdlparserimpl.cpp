@@ -12,6 +12,7 @@
 #include "dfdl/foundation/processingerror.h"
 #include "dfdl/foundation/resourcecatalog.h"
 #include "dfdl/foundation/tracehandleradapter.h"
+#include "dfdl/framework/compiledmarkupset.h"
 #include "dfdl/framework/stringliteralcache.h"
 #include "dfdl/parsers/parserregionhandler.h"
 #include "dfdl/pifiterator/backtrackingmanager.h"
@@ -42,7 +43,7 @@ void construct(DFDLParserImpl* parser) {
     parser->docEventBuffer = new_DocHandlerEventBuffer(heap);
     parser->errorEventBuffer = new_ErrorHandlerEventBuffer(heap, parser->context, parser->resourceCatalog);
     parser->backtrackingManager = new_BacktrackingManager(heap);
-    parser->stringLiteralCache = new_StringLiteralCache(heap, nullptr);
+    parser->stringLiteralCache = new_StringLiteralCache(heap, CompiledMarkupSetDeleteFunction);
     parser->traceAdapter = new_TraceHandlerAdapter(heap, parser->context, parser->resourceCatalog);
     parser->bufferManager->trace = parser->traceAdapter;
     parser->variableManager->trace = parser->traceAdapter;
