@@ -4,10 +4,10 @@
 #include <cstdint>
 
 #include "dfdl/foundation/dfdlheapadapter.h"
+#include "dfdl/framework/compileddfdlstringliteral.h"
 
 struct BufferManager;
 struct CharsetManager;
-struct CompiledDFDLStringLiteral;
 struct CompiledMarkupSet;
 struct Context;
 struct ContextItem;
@@ -33,13 +33,15 @@ struct DelimitedScannerBytes {
     const sPIF* pif;
     ScannerDataCache* cache;
     CompiledMarkupSet* markupSet;                     // current; null: none
+    CompiledMarkupSet* emptySet;                      // what is scanned with where no set is current
+    DFDLUString* listKey;                             // scratch
     const CompiledDFDLStringLiteral* matchedLiteral;  // of the last scan, as is what follows
     CompiledDFDLStringLiteral* endOfDataLiteral;
     int64_t matchedLength;  // bytes of the delimiter
     int64_t contentLength;  // bytes before it
     int32_t markupSetId;    // -1: none, or a set of one list
     int64_t scanPosition;   // byte
-    int64_t scanLimit;      // byte
+    int64_t scanLimit;      // byte; what lies beyond is not looked at
     uint32_t found;         // a delimiter, not the end of the data
 };
 
@@ -77,5 +79,22 @@ bool DelimitedScannerBytes_matchMarkup(DelimitedScannerBytes* this_, const Compi
 // Whether an enclosing level has the same delimiter, which then is reported to the iterator.
 bool DelimitedScannerBytes_getAlternativeScannedMarkup(DelimitedScannerBytes* this_,
                                                        const CompiledDFDLStringLiteral* literal);
+
+// ---- For the scanner's own files ------------------------------------------------------------------------
+
+// Where delimiters are taken from, and what they are taken for.
+struct MarkupSource {
+    const DFDLUString* list;  // of literals, with white space between them
+    MarkupKind kind;
+    int32_t encodingIndex;
+    bool ignoreCase;
+    const GroupMemberTableRow* element;  // for messages, as is what follows; may be null
+    const char* propertyName;
+};
+
+// Enters the delimiters of a list. False with an error.
+bool DelimitedScannerBytes_addDelimiterValuesToScannerData(DelimitedScannerBytes* this_,
+                                                           CompiledMarkupSet* set,
+                                                           const MarkupSource& source);
 
 #endif
