@@ -22,7 +22,7 @@ bool encode(CompiledMarkupSet* set, EscapeString* target, const DFDLUString* tex
     if (DFDLUString_length(text) == 0) return true;
     target->bytes =
         CharsetManager_convertTo(set->heap, text->chars, text->length, &target->length, encoding.converter);
-    if (target->bytes != nullptr) return true;
+    if (target->length > 0) return true;
     ProcessingError_setValues(encoding.context->currentError, __FILE__, __LINE__,
                               DFDLParser_characterEncodingError, ERROR_PROCESSING, SUBKIND_NONE, "%Z%Z", text,
                               encoding.name);

@@ -29,22 +29,26 @@ struct Build {
     bool atStart;      // only parts that may be missing have come
 };
 
-// Bytes of a text, and how many; null where the encoding lacks a character.
+// Bytes of a text, at least one; null where the encoding lacks a character.
 struct Encoded {
     uint8_t* bytes;
     int32_t count;
 };
+
+void release(const Build* build, const Encoded& encoded) {
+    if (encoded.bytes != nullptr) DFDLHeapAdapter_arrayDeallocate(build->scanner->heap, encoded.bytes);
+}
 
 Encoded encode(const Build* build, std::u16string_view text) {
     Encoded encoded{};
     encoded.bytes =
         CharsetManager_convertTo(build->scanner->heap, text.data(), static_cast<int32_t>(text.size()),
                                  &encoded.count, build->converter);
-    return encoded;
-}
-
-void release(const Build* build, const Encoded& encoded) {
-    if (encoded.bytes != nullptr) DFDLHeapAdapter_arrayDeallocate(build->scanner->heap, encoded.bytes);
+    if (encoded.count > 0) return encoded;
+    // ICU leaves out, without a word, characters that are for show only and that the encoding lacks. A
+    // delimiter of no bytes would be found everywhere, over and over.
+    release(build, encoded);
+    return {};
 }
 
 bool refuse(const Build* build, const DFDLUString* text) {
@@ -55,7 +59,7 @@ bool refuse(const Build* build, const DFDLUString* text) {
 }
 
 void startWith(Build* build, const Encoded& encoded) {
-    if (build->atStart && encoded.count > 0) build->firsts[encoded.bytes[0]] = true;
+    if (build->atStart) build->firsts[encoded.bytes[0]] = true;
 }
 
 bool addExact(Build* build, const DFDLUString* text) {

@@ -89,6 +89,7 @@ int64_t characterWidth(Scan* scan) {
     BufferManager* buffer = scan->scanner->buffer;
     DFDLBufferMarker* marker = BufferManager_mark(buffer);
     const int64_t scanned = scan->position - scan->start;
+    const uint32_t bomChecked = buffer->bomChecked;
     int64_t width = 0;
     if (BufferManager_skipBytes(buffer, scanned, scan->element) == scanned) {
         const int64_t before = buffer->bitPosition;
@@ -99,6 +100,7 @@ int64_t characterWidth(Scan* scan) {
     ProcessingError_reset(scan->scanner->context->currentError);
     BufferManager_reset(buffer, marker);
     BufferManager_release(buffer, marker);
+    buffer->bomChecked = bomChecked;  // a look ahead is not the look for a mark
     scan->window = ScanWindow_open(buffer);
     return width;
 }
