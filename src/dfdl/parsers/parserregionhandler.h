@@ -12,8 +12,10 @@ struct ContextItemForParser;
 struct DFDLConstants;
 struct DFDLUString;
 struct DFDLValue;
+struct DelimitedScannerBytes;
 struct GroupMemberTableRow;
 struct PIFIteratorForParser;
+struct StringLiteralCache;
 struct TraceHandlerAdapter;
 struct sPIF;
 
@@ -26,6 +28,8 @@ struct ParserRegionHandler {
     DFDLConstants* constants;
     CharsetManager* charsetManager;
     BufferManager* bufferManager;
+    DelimitedScannerBytes* scanner;
+    StringLiteralCache* stringLiteralCache;
     const sPIF* pif;
     uint32_t validationEnabled;
     PIFIteratorForParser* pifIterator;
@@ -45,10 +49,22 @@ inline bool ParserRegionHandler_isEnabledValidation(const ParserRegionHandler* t
 bool ParserRegionHandler_handleLeadingAlignment(ParserRegionHandler* this_, ContextItemForParser* item);
 bool ParserRegionHandler_handleTrailingAlignment(ParserRegionHandler* this_, ContextItemForParser* item);
 
+// Whether one of the row's delimiters stands at the position, which stays. The scanner knows which and how
+// long; a terminator is reported to the iterator. False with an error.
+bool ParserRegionHandler_handleInitiatorRegion(ParserRegionHandler* this_, const GroupMemberTableRow* row);
+bool ParserRegionHandler_handleTerminatorRegion(ParserRegionHandler* this_, const GroupMemberTableRow* row);
+// Whether a delimiter of the set stands at the position; it, or the end of the data, is reported to the
+// iterator. False also with an error.
+bool ParserRegionHandler_checkForMarkup(ParserRegionHandler* this_, int32_t markupSetId,
+                                        ContextItemForParser* item);
+
 // Adopts the text. Null with an error.
 DFDLValue* ParserRegionHandler_handleSimpleContent_TextString(ParserRegionHandler* this_,
                                                               const GroupMemberTableRow* row,
                                                               DFDLUString* text);
+DFDLValue* ParserRegionHandler_handleSimpleContent_TextBoolean(ParserRegionHandler* this_,
+                                                               const GroupMemberTableRow* row,
+                                                               DFDLUString* text);
 // False if the value cannot be judged, with the error in the context.
 bool ParserRegionHandler_validateFacets(ParserRegionHandler* this_, const DFDLValue* value,
                                         const GroupMemberTableRow* row);

@@ -2,6 +2,7 @@
 
 #include "dfdl/buffer/buffermanager.h"
 #include "dfdl/foundation/dfdlpoolingfactory.h"
+#include "dfdl/pifiterator/pifiteratorforparser.h"
 #include "dfdl/processor/dochandlereventbuffer.h"
 #include "dfdl/processor/errorhandlereventbuffer.h"
 
@@ -35,6 +36,7 @@ BacktrackingCheckPoint* BacktrackingManager_getCheckPoint(BacktrackingManager* t
     auto* checkPoint = static_cast<BacktrackingCheckPoint*>(ObjectPool_get(pool(this_)));
     checkPoint->docHandlerCheckPoint = DocHandlerEventBuffer_getCheckPoint(this_->eventBuffer);
     checkPoint->bufferCheckPoint = BufferManager_getCheckPoint(this_->bufferManager);
+    PIFIteratorForParser_getCheckPoint(this_->iterator, &checkPoint->iteratorCheckPoint);
     checkPoint->errorHandlerCheckPoint = ErrorHandlerEventBuffer_getCheckPoint(this_->errorEventBuffer);
     return checkPoint;
 }
@@ -43,6 +45,7 @@ void BacktrackingManager_restoreToCheckPoint(BacktrackingManager* this_, Backtra
     DHCheckPoint* events = checkPoint->docHandlerCheckPoint;
     DocHandlerEventBuffer_restoreToCheckPoint(events->buffer, events);
     BufferManager_restoreToCheckPoint(this_->bufferManager, checkPoint->bufferCheckPoint);
+    PIFIteratorForParser_restoreToCheckPoint(this_->iterator, &checkPoint->iteratorCheckPoint);
     ErrorHandlerEventBuffer_restoreToCheckPoint(this_->errorEventBuffer, checkPoint->errorHandlerCheckPoint);
 }
 
@@ -58,4 +61,8 @@ void BacktrackingManager_releaseCheckPoint(BacktrackingManager* this_, Backtrack
 void BacktrackingManager_refreshCheckPoint(BacktrackingManager* this_, BacktrackingCheckPoint* checkPoint) {
     checkPoint->bufferCheckPoint =
         BufferManager_refreshCheckPoint(this_->bufferManager, checkPoint->bufferCheckPoint);
+    DHCheckPoint* events = checkPoint->docHandlerCheckPoint;
+    if (events->buffer == this_->eventBuffer) return;
+    checkPoint->docHandlerCheckPoint = DocHandlerEventBuffer_getCheckPoint(this_->eventBuffer);
+    DocHandlerEventBuffer_releaseCheckPoint(events->buffer, events);
 }

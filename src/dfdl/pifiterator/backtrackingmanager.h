@@ -4,6 +4,7 @@
 #include <cstdint>
 
 #include "dfdl/foundation/dfdlheapadapter.h"
+#include "dfdl/framework/markupinfo.h"
 
 struct BufferManager;
 struct BufferManagerCheckPoint;
@@ -11,14 +12,25 @@ struct DHCheckPoint;
 struct DocHandlerEventBuffer;
 struct EHCheckPoint;
 struct ErrorHandlerEventBuffer;
+struct PIFIteratorForParser;
 
-// What an attempt can change and how it stood before: the place in the data with its scopes, the events and
-// the errors that have not been shown yet. Pooled; held by the context item whose point of uncertainty it is.
+// What the walk has seen ahead and not consumed.
+struct PIForParserCheckPoint {
+    MarkupInfo scannedMarkup;
+    uint32_t hasScannedMarkup;
+    int64_t scannedAt;
+    uint32_t firstMember;  // of the item on top of the stack
+};
+
+// What an attempt can change and how it stood before: the place in the data with its scopes, the delimiter
+// seen ahead, the events and the errors that have not been shown yet. Pooled; held by the context item whose
+// point of uncertainty it is.
 struct BacktrackingCheckPoint {
     DFDLHeapAdapter* heap;
     BufferManagerCheckPoint* bufferCheckPoint;
     DHCheckPoint* docHandlerCheckPoint;
     EHCheckPoint* errorHandlerCheckPoint;
+    PIForParserCheckPoint iteratorCheckPoint;
 };
 
 // Takes, restores and ends check points. While one is open nothing of what is parsed reaches the caller.
@@ -27,6 +39,7 @@ struct BacktrackingManager {
     DFDLHeapAdapter* heap;
     DocHandlerEventBuffer* eventBuffer;  // the present one
     BufferManager* bufferManager;
+    PIFIteratorForParser* iterator;
     ErrorHandlerEventBuffer* errorEventBuffer;
 };
 
@@ -38,7 +51,8 @@ BacktrackingCheckPoint* BacktrackingManager_getCheckPoint(BacktrackingManager* t
 void BacktrackingManager_restoreToCheckPoint(BacktrackingManager* this_, BacktrackingCheckPoint* checkPoint);
 // Ends it: what has been parsed since stands. Null is ignored. The last release shows what was held.
 void BacktrackingManager_releaseCheckPoint(BacktrackingManager* this_, BacktrackingCheckPoint* checkPoint);
-// Moves an open check point to where the data stand now.
+// Moves an open check point to where the data stand now, and to the present event buffer. What else it holds
+// stays as it was.
 void BacktrackingManager_refreshCheckPoint(BacktrackingManager* this_, BacktrackingCheckPoint* checkPoint);
 
 #endif

@@ -6,6 +6,9 @@
 #include "dfdl/foundation/tracehandleradapter.h"
 #include "dfdl/foundation/xsvalue.h"
 #include "dfdl/pif/groupmembertable.h"
+#include "dfdl/pif/markupsettable.h"
+#include "dfdl/pif/spif.h"
+#include "dfdl/pif/textmarkuptable.h"
 #include "dfdl/pifiterator/backtrackingmanager.h"
 #include "dfdl/pifiterator/pifiteratorforparser.h"
 #include "dfdl/pifiterator/rowplan.h"
@@ -30,7 +33,8 @@ void complexClose(ContextItemForParser* item) {
 }
 
 void sequenceBeforeMember(ContextItemForParser* item) {
-    if (item->iterator->runsAhead != 0) PIFIteratorForParser_runPlainTexts(item->iterator, item);
+    if (item->iterator->runsAhead != 0 && item->plan->separatorPosition == POSITION_NONE)
+        PIFIteratorForParser_runPlainTexts(item->iterator, item);
     PIFIteratorForParser_group_selectNextSequenceMember(item->iterator, item);
     if (item->state == STEP_CLOSE || ProcessingError_isSet(item->context->currentError)) return;
     PIFIteratorForParser_group_beforeGroupMember(item->iterator, item);
@@ -40,7 +44,7 @@ void sequenceAfterMember(ContextItemForParser* item) {
     PIFIteratorForParser_group_afterGroupMember(item->iterator, item);
 }
 
-// Choices and unordered groups have no table yet: no item is made of their rows.
+// Choices have no table yet: no item is made of their rows.
 constexpr ContextItemFunctions FUNCTIONS[] = {
     {ContextItemForParser_runUntilPopped, ContextItemForParser_simpleElement_processNext,
      ContextItemForParser_default_getNextSiblingToParse, noop, noop, noop, noop, noop},
@@ -49,6 +53,12 @@ constexpr ContextItemFunctions FUNCTIONS[] = {
     {ContextItemForParser_runUntilPopped, ContextItemForParser_sequenceGroup_processNext,
      ContextItemForParser_default_getNextSiblingToParse, sequenceOpen, noop, sequenceClose,
      sequenceBeforeMember, sequenceAfterMember},
+    {nullptr, nullptr, nullptr, nullptr, nullptr, nullptr, nullptr, nullptr},
+    {ContextItemForParser_runUntilPopped, ContextItemForParser_sequenceGroup_processNext,
+     ContextItemForParser_default_getNextSiblingToParse, sequenceOpen, noop,
+     ContextItemForParser_unorderedGroup_state_close,
+     ContextItemForParser_unorderedGroup_state_beforeGroupMember,
+     ContextItemForParser_unorderedGroup_state_afterGroupMember},
 };
 
 // Keeps the failure in the standby record, so that the walk works on with an empty one.
@@ -78,6 +88,20 @@ void handOverError(ContextItemForParser* item) {
     }
 }
 
+// Puts back what the element's own point of uncertainty covers, unless an assert below it failed: that
+// failure is not this point's to undo.
+void undoAttempt(ContextItemForParser* item) {
+    ProcessingError* failed = item->retainedError;
+    const bool assertFailed = failed->subKind == SUBKIND_ASSERT && failed->row != nullptr;
+    if (assertFailed && failed->row == item->row) {
+        failed->row = nullptr;
+    } else if (item->checkPoint != nullptr) {
+        if (!assertFailed) PIFIteratorForParser_STATE_BACKTRACK_TO_CHECKPOINT(item->iterator, item);
+        ContextItemForParser_releaseCheckPoint(item);
+        ProcessingError_reset(item->context->currentError);
+    }
+}
+
 void failGroup(ContextItemForParser* group) {
     retainError(group);
     ProcessingError* failed = group->retainedError;
@@ -97,6 +121,20 @@ void releaseValue(ContextItemForParser* item) {
     item->value = nullptr;
 }
 
+// What belongs to one occurrence.
+void resetOccurrence(ContextItemForParser* item) {
+    item->possibleContent = CONTENT_ANY;
+    item->markupSetId = -1;
+    item->firstMember = 0;
+    item->lastSeparatorBytePosition = -1;
+    item->scopeClosed = 0;
+    item->initiatorMissing = 0;
+    item->succeeded = 1;
+    item->retainedError = nullptr;
+    item->hasResumeRow = 0;
+    item->state = STEP_OPEN;
+}
+
 }  // namespace
 
 ContextItemForParser* ContextItemForParserPooler_getContextItemForParser(PIFIteratorForParser* iterator,
@@ -113,6 +151,7 @@ ContextItemForParser* ContextItemForParserPooler_getContextItemForParser(PIFIter
 void ContextItemForParserPooler_releaseContextItemForParser(ContextItemForParser* item) {
     if (item == nullptr) return;
     releaseValue(item);
+    ContextItemForParser_releaseUnorderedMembers(item);
     ContextItem_dropXPath(item);
     ContextItemForParserPooler_releaseContextItemForParser(item->selectedChild);
     item->selectedChild = nullptr;
@@ -122,12 +161,9 @@ void ContextItemForParserPooler_releaseContextItemForParser(ContextItemForParser
 void ContextItemForParser_init(ContextItemForParser* this_, uint32_t kind) {
     this_->selectedChild = nullptr;
     this_->checkPoint = nullptr;
-    this_->possibleContent = CONTENT_ANY;
     this_->value = nullptr;
-    this_->succeeded = 1;
-    this_->retainedError = nullptr;
-    this_->hasResumeRow = 0;
-    this_->state = STEP_OPEN;
+    this_->unordered = nullptr;
+    resetOccurrence(this_);
     this_->kind = kind;
     this_->functions = &FUNCTIONS[kind];
 }
@@ -136,11 +172,7 @@ void ContextItemForParser_resetForOccurrence(ContextItemForParser* this_) {
     ContextItemForParser_setOrderedChild(this_, nullptr);
     releaseValue(this_);
     ContextItem_dropXPath(this_);
-    this_->possibleContent = CONTENT_ANY;
-    this_->succeeded = 1;
-    this_->retainedError = nullptr;
-    this_->hasResumeRow = 0;
-    this_->state = STEP_OPEN;
+    resetOccurrence(this_);
     this_->imposedLength = -1;
 }
 
@@ -152,7 +184,22 @@ void ContextItemForParser_setOrderedChild(ContextItemForParser* this_, ContextIt
 
 void ContextItemForParser_close(ContextItemForParser* this_) {
     ContextItemForParser_releaseCheckPoint(this_);
+    ContextItemForParser_releaseUnorderedMembers(this_);
     releaseValue(this_);
+}
+
+void ContextItemForParser_findMarkupSet(ContextItemForParser* this_) {
+    RowPlan* plan = this_->plan;
+    const auto* parent = static_cast<const ContextItemForParser*>(this_->parent);
+    const int32_t parentSetId = parent == nullptr ? -1 : parent->markupSetId;
+    if (plan->memoParentSetId != parentSetId) {
+        const TextMarkupTableRow* markup = this_->row->markupRow;
+        plan->memoMarkupSetId =
+            MarkupSetTable_getMarkupSetId(this_->iterator->pif->markupSetTable, parentSetId,
+                                          markup == nullptr ? -1 : markup->terminatingMarkupId);
+        plan->memoParentSetId = parentSetId;
+    }
+    this_->markupSetId = plan->memoMarkupSetId;
 }
 
 void ContextItemForParser_createCheckPoint(ContextItemForParser* this_) {
@@ -172,6 +219,7 @@ void ContextItemForParser_releaseCheckPoint(ContextItemForParser* this_) {
 
 void ContextItemForParser_state_backtrack(ContextItemForParser* this_) {
     retainError(this_);
+    undoAttempt(this_);
     ContextItemForParser_handleProcessingError(this_);
 }
 

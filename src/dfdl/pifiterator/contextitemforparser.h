@@ -11,6 +11,7 @@ struct DFDLValue;
 struct PIFIteratorForParser;
 struct ProcessingError;
 struct RowPlan;
+struct UnorderedMembers;
 
 enum ContextItemKind : uint32_t {
     ITEM_SIMPLE_ELEMENT = 0,
@@ -54,6 +55,12 @@ struct ContextItemForParser : ContextItem {
     BacktrackingCheckPoint* checkPoint;   // the open point of uncertainty
     uint32_t possibleContent;             // PossibleContent bits
     DFDLValue* value;
+    int32_t markupSetId;                   // delimiters in scope; -1 none
+    uint32_t firstMember;                  // group: the next member takes no infix separator
+    int64_t lastSeparatorBytePosition;     // -1 none yet
+    uint32_t scopeClosed;                  // group: nothing may follow, an enclosing delimiter was seen
+    uint32_t initiatorMissing;             // looked for and not found
+    UnorderedMembers* unordered;           // unordered group: what its members have come to so far
     uint32_t succeeded;                    // cleared when the occurrence fails or is absent
     ProcessingError* retainedError;        // a failed child's error, kept in the context's standby record
     const GroupMemberTableRow* resumeRow;  // group: the next member, where hasResumeRow is set
@@ -61,7 +68,7 @@ struct ContextItemForParser : ContextItem {
     uint32_t state;                        // StepState
     uint32_t kind;                         // ContextItemKind
     const ContextItemFunctions* functions;
-    const RowPlan* plan;
+    RowPlan* plan;
 };
 
 // From the engine's pool, ready to be opened.
@@ -78,6 +85,10 @@ void ContextItemForParser_resetForOccurrence(ContextItemForParser* this_);
 void ContextItemForParser_setOrderedChild(ContextItemForParser* this_, ContextItemForParser* child);
 // Ends what an occurrence may have left open.
 void ContextItemForParser_close(ContextItemForParser* this_);
+// Gives back what an unordered group holds; its events, unless they have been flushed, are lost.
+void ContextItemForParser_releaseUnorderedMembers(ContextItemForParser* this_);
+// The set of delimiters in scope, from the parent's and the item's own markup.
+void ContextItemForParser_findMarkupSet(ContextItemForParser* this_);
 // Opens the item's point of uncertainty, or moves it here if it is open.
 void ContextItemForParser_createCheckPoint(ContextItemForParser* this_);
 // Decides it: what has been parsed since stands.
@@ -91,6 +102,9 @@ void ContextItemForParser_runUntilPopped(ContextItemForParser* this_);
 void ContextItemForParser_simpleElement_processNext(ContextItemForParser* this_);
 void ContextItemForParser_complexElement_processNext(ContextItemForParser* this_);
 void ContextItemForParser_sequenceGroup_processNext(ContextItemForParser* this_);
+void ContextItemForParser_unorderedGroup_state_beforeGroupMember(ContextItemForParser* this_);
+void ContextItemForParser_unorderedGroup_state_afterGroupMember(ContextItemForParser* this_);
+void ContextItemForParser_unorderedGroup_state_close(ContextItemForParser* this_);
 const GroupMemberTableRow* ContextItemForParser_default_getNextSiblingToParse(ContextItemForParser* this_);
 
 #endif

@@ -5,9 +5,11 @@
 #include "dfdl/foundation/dfdlustring.h"
 #include "dfdl/foundation/processingerror.h"
 #include "dfdl/framework/compileddfdlstringliteral.h"
+#include "dfdl/framework/delimitedscannerbytes.h"
 #include "dfdl/pif/elementtable.h"
 #include "dfdl/pif/groupmembertable.h"
 #include "dfdl/pif/spif.h"
+#include "dfdl/pifiterator/backtrackingmanager.h"
 #include "dfdl/pifiterator/rowplan.h"
 #include "dfdl/processor/dfdlparserimpl.h"
 
@@ -57,17 +59,17 @@ void delete_PIFIteratorForParser(PIFIteratorForParser* this_) {
     if (this_ == nullptr) return;
     PIFIteratorForParser_reset(this_);
     forgetRoot(this_);
-    delete_RowPlans(this_->heap, this_->plans);
+    delete_RowPlans(this_->heap, this_->plans, this_->planCount);
     DFDLHeapAdapter_objectDeallocate(this_->heap, this_);
 }
 
 void PIFIteratorForParser_setPIF(PIFIteratorForParser* this_, const sPIF* pif) {
     PIFIteratorForParser_reset(this_);
     forgetRoot(this_);
-    delete_RowPlans(this_->heap, this_->plans);
+    delete_RowPlans(this_->heap, this_->plans, this_->planCount);
     this_->plans = nullptr;
     this_->pif = nullptr;
-    if (pif != nullptr) this_->plans = new_RowPlans(this_->heap, pif);
+    if (pif != nullptr) this_->plans = new_RowPlans(this_->heap, pif, &this_->planCount);
     this_->pif = pif;
 }
 
@@ -85,6 +87,7 @@ bool PIFIteratorForParser_setRootElement(PIFIteratorForParser* this_, const DFDL
     }
     this_->rootItem = PIFIteratorForParser_createContextItem(this_, this_->rootRow);
     this_->currentItem = this_->rootItem;
+    if (this_->rootItem != nullptr) ContextItemForParser_findMarkupSet(this_->rootItem);
     return true;
 }
 
@@ -92,6 +95,7 @@ void PIFIteratorForParser_reset(PIFIteratorForParser* this_) {
     PIFIteratorForParser_collapseStack(this_);
     releaseRootItem(this_);
     PIFIteratorForParser_releaseExtractedText(this_);
+    PIFIteratorForParser_forgetScannedMarkup(this_);
     this_->stackDepth = 0;
     this_->hiddenDepth = 0;
 }
@@ -121,6 +125,8 @@ void PIFIteratorForParser_setScannedMarkup(PIFIteratorForParser* this_, const Gr
                                            const CompiledDFDLStringLiteral* literal, int64_t length) {
     this_->markupInfo = {row, literal, length};
     this_->scannedMarkup = &this_->markupInfo;
+    this_->scannedAt =
+        BufferManager_bytePosition(this_->bufferManager) + this_->delimitedScanner->contentLength;
 }
 
 void PIFIteratorForParser_setScannedMarkupWithLevel(PIFIteratorForParser* this_, int32_t level,
@@ -135,12 +141,29 @@ void PIFIteratorForParser_setScannedMarkupWithLevel(PIFIteratorForParser* this_,
     PIFIteratorForParser_setScannedMarkup(this_, owner->row, literal, length);
 }
 
+void PIFIteratorForParser_getCheckPoint(const PIFIteratorForParser* this_,
+                                        PIForParserCheckPoint* checkPoint) {
+    checkPoint->hasScannedMarkup = this_->scannedMarkup != nullptr;
+    checkPoint->scannedMarkup = this_->markupInfo;
+    checkPoint->scannedAt = this_->scannedAt;
+    checkPoint->firstMember = this_->currentItem == nullptr ? 0 : this_->currentItem->firstMember;
+}
+
+void PIFIteratorForParser_restoreToCheckPoint(PIFIteratorForParser* this_,
+                                              const PIForParserCheckPoint* checkPoint) {
+    this_->markupInfo = checkPoint->scannedMarkup;
+    this_->scannedMarkup = checkPoint->hasScannedMarkup != 0 ? &this_->markupInfo : nullptr;
+    this_->scannedAt = checkPoint->scannedAt;
+    if (this_->currentItem != nullptr) this_->currentItem->firstMember = checkPoint->firstMember;
+}
+
 void PIFIteratorForParser_push(PIFIteratorForParser* this_, ContextItemForParser* item) {
     if (this_->stackDepth >= MAX_STACK_DEPTH) {
         PIFIteratorForParser_raiseEndless(this_, item->row);
         return;
     }
     ContextItem_setChild(this_->currentItem, item);
+    ContextItemForParser_findMarkupSet(item);
     this_->currentItem = item;
     ++this_->stackDepth;
 }
@@ -178,9 +201,38 @@ ContextItemForParser* PIFIteratorForParser_createContextItem(PIFIteratorForParse
 }
 
 void PIFIteratorForParser_releaseBufferLimits(PIFIteratorForParser* this_, ContextItemForParser* item) {
-    if (item->imposedLength < 0) return;
-    BufferManager_removeScopedBufferLengthUnparser(this_->bufferManager, item->row, false, 0);
+    if (item->scopeClosed != 0)
+        BufferManager_removeScopedBufferLengthUnparser(this_->bufferManager, item->row, false, 0);
+    if (item->imposedLength >= 0)
+        BufferManager_removeScopedBufferLengthUnparser(this_->bufferManager, item->row, false, 0);
+    item->scopeClosed = 0;
     item->imposedLength = -1;
+    PIFIteratorForParser_forgetEndOfData(this_);
+}
+
+bool PIFIteratorForParser_isScopeExhausted(PIFIteratorForParser* this_) {
+    BufferManager_loadAhead(this_->bufferManager);
+    return BufferManager_endOfScopedDataStream(this_->bufferManager);
+}
+
+bool PIFIteratorForParser_isDataExhausted(PIFIteratorForParser* this_) {
+    BufferManager_loadAhead(this_->bufferManager);
+    return BufferManager_hasNoRemainingBits(this_->bufferManager);
+}
+
+bool PIFIteratorForParser_raiseEndOfScope(PIFIteratorForParser* this_, const GroupMemberTableRow* row) {
+    if (PIFIteratorForParser_isDataExhausted(this_) || !PIFIteratorForParser_isScopeExhausted(this_))
+        return false;
+    ProcessingError_setValues(this_->context->currentError, __FILE__, __LINE__,
+                              DFDLParser_endOfDataForParentStructure, ERROR_PROCESSING, SUBKIND_LACK_OF_DATA,
+                              "%Z", row->scdText);
+    return true;
+}
+
+void PIFIteratorForParser_forgetEndOfData(PIFIteratorForParser* this_) {
+    const MarkupInfo* markup = this_->scannedMarkup;
+    if (markup == nullptr || markup->literal->kind != MARKUP_END_OF_DATA) return;
+    if (!PIFIteratorForParser_isScopeExhausted(this_)) this_->scannedMarkup = nullptr;
 }
 
 void PIFIteratorForParser_releaseExtractedText(PIFIteratorForParser* this_) {

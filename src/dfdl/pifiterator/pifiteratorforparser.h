@@ -5,7 +5,10 @@
 
 #include <cstdint>
 
+#include "dfdl/buffer/buffermanager.h"
+#include "dfdl/foundation/context.h"
 #include "dfdl/foundation/dfdlheapadapter.h"
+#include "dfdl/foundation/processingerror.h"
 #include "dfdl/framework/markupinfo.h"
 #include "dfdl/pifiterator/contextitemforparser.h"
 #include "dfdl/pifiterator/rowplan.h"
@@ -23,6 +26,7 @@ struct DelimitedScannerBytes;
 struct DocHandlerEventBuffer;
 struct GroupMemberTableRow;
 struct ParserRegionHandler;
+struct PIForParserCheckPoint;
 struct TraceHandlerAdapter;
 struct VariableManager;
 struct sPIF;
@@ -55,6 +59,7 @@ struct PIFIteratorForParser {
     DelimitedScannerBytes* delimitedScanner;
     MarkupInfo markupInfo;            // what scannedMarkup points to
     const MarkupInfo* scannedMarkup;  // seen ahead and not consumed; null: nothing
+    int64_t scannedAt;                // byte where it stands
     int32_t stackDepth;
     int32_t hiddenDepth;  // open hidden groups
     DFDLParserImpl* parser;
@@ -63,6 +68,7 @@ struct PIFIteratorForParser {
     DFDLUString* rootNamespace;
     const GroupMemberTableRow* rootRow;
     RowPlan* plans;  // by row index of the group members
+    int32_t planCount;
     uint32_t validationEnabled;
     // The whole message is wanted and nobody looks at regions, trace or facets, so that members may be parsed
     // without items of their own.
@@ -84,15 +90,40 @@ bool PIFIteratorForParser_move(PIFIteratorForParser* this_);
 const GroupMemberTableRow* PIFIteratorForParser_getPosition(const PIFIteratorForParser* this_);
 const DFDLUString* PIFIteratorForParser_getXPath(PIFIteratorForParser* this_);  // null without a position
 
+inline bool PIFIteratorForParser_hasFailed(const PIFIteratorForParser* this_) {
+    return ProcessingError_isSet(this_->context->currentError);
+}
+// Whether everything in the innermost scope, or in the document, has been read. What the input still has is
+// loaded first, so that input in pieces and input in one piece end at the same place.
+bool PIFIteratorForParser_isScopeExhausted(PIFIteratorForParser* this_);
+bool PIFIteratorForParser_isDataExhausted(PIFIteratorForParser* this_);
+// If data are left but the scope is at its end, raises that the enclosing structure is too short; true then.
+bool PIFIteratorForParser_raiseEndOfScope(PIFIteratorForParser* this_, const GroupMemberTableRow* row);
+
 // Raises that the walk would go on without the data.
 void PIFIteratorForParser_raiseEndless(PIFIteratorForParser* this_, const GroupMemberTableRow* row);
 
+// The delimiter that stands at the present position, if one has been seen; null if not.
+inline const MarkupInfo* PIFIteratorForParser_getScannedMarkup(const PIFIteratorForParser* this_) {
+    const bool here = this_->scannedAt == BufferManager_bytePosition(this_->bufferManager);
+    return here ? this_->scannedMarkup : nullptr;
+}
+inline void PIFIteratorForParser_forgetScannedMarkup(PIFIteratorForParser* this_) {
+    this_->scannedMarkup = nullptr;
+}
+// Where the scope that made the scanner see the end of the data is gone, there is no such end.
+void PIFIteratorForParser_forgetEndOfData(PIFIteratorForParser* this_);
 // What the scanner has seen, with the row that owns the delimiter.
 void PIFIteratorForParser_setScannedMarkup(PIFIteratorForParser* this_, const GroupMemberTableRow* row,
                                            const CompiledDFDLStringLiteral* literal, int64_t length);
 // The owner is the item that lies `level` steps below the top, for the end of the data the root.
 void PIFIteratorForParser_setScannedMarkupWithLevel(PIFIteratorForParser* this_, int32_t level,
                                                     const CompiledDFDLStringLiteral* literal, int64_t length);
+
+// What an attempt may change of the walk itself.
+void PIFIteratorForParser_getCheckPoint(const PIFIteratorForParser* this_, PIForParserCheckPoint* checkPoint);
+void PIFIteratorForParser_restoreToCheckPoint(PIFIteratorForParser* this_,
+                                              const PIForParserCheckPoint* checkPoint);
 
 // The stack.
 void PIFIteratorForParser_push(PIFIteratorForParser* this_, ContextItemForParser* item);
@@ -109,10 +140,27 @@ void PIFIteratorForParser_SimpleElement_open(PIFIteratorForParser* this_, Contex
 void PIFIteratorForParser_ComplexElement_open(PIFIteratorForParser* this_, ContextItemForParser* item);
 void PIFIteratorForParser_ComplexElement_close(PIFIteratorForParser* this_, ContextItemForParser* item);
 
+// Delimiters.
+// Finds the item's initiator, or decides what its absence leaves possible. False with an error.
+bool PIFIteratorForParser_processElementInitiatorRegion(PIFIteratorForParser* this_,
+                                                        ContextItemForParser* item);
+bool PIFIteratorForParser_processTerminatorRegion(PIFIteratorForParser* this_, ContextItemForParser* item);
+// Decides an enclosing point of uncertainty where a found initiator does so.
+void PIFIteratorForParser_resolveInitiatedPOI(PIFIteratorForParser* this_, ContextItemForParser* item);
+// Moves over a delimiter that stands here. Reads it as text where a limit counts characters.
+bool PIFIteratorForParser_consumeMarkup(PIFIteratorForParser* this_, const GroupMemberTableRow* row,
+                                        const CompiledDFDLStringLiteral* literal, int64_t length);
+// One separator; without one the group may end here, or an error is left.
+void PIFIteratorForParser_group_processSeparator(PIFIteratorForParser* this_, ContextItemForParser* group);
+bool PIFIteratorForParser_STATE_CHECK_UNEXPECTED_SEPARATOR(PIFIteratorForParser* this_,
+                                                           ContextItemForParser* group);
+
 // Groups.
 void PIFIteratorForParser_group_open(PIFIteratorForParser* this_, ContextItemForParser* group);
 void PIFIteratorForParser_group_selectNextSequenceMember(PIFIteratorForParser* this_,
                                                          ContextItemForParser* group);
+void PIFIteratorForParser_group_selectNextUnorderedMember(PIFIteratorForParser* this_,
+                                                          ContextItemForParser* group);
 void PIFIteratorForParser_group_beforeGroupMember(PIFIteratorForParser* this_, ContextItemForParser* group);
 void PIFIteratorForParser_group_afterGroupMember(PIFIteratorForParser* this_, ContextItemForParser* group);
 void PIFIteratorForParser_group_close(PIFIteratorForParser* this_, ContextItemForParser* group);
@@ -122,6 +170,9 @@ void PIFIteratorForParser_STATE_BACKTRACK_TO_CHECKPOINT(PIFIteratorForParser* th
 // Delivers a validation error at once; the parse goes on.
 void PIFIteratorForParser_reportValidationError(PIFIteratorForParser* this_, const char* key,
                                                 const GroupMemberTableRow* row, int32_t bound, int32_t count);
+// Events go into the buffer from now on, or into the one behind it again.
+void PIFIteratorForParser_setDocHandlerProxy(PIFIteratorForParser* this_, DocHandlerEventBuffer* buffer);
+void PIFIteratorForParser_removeDocHandlerProxy(PIFIteratorForParser* this_);
 bool PIFIteratorForParser_endOfArray(PIFIteratorForParser* this_, ContextItemForParser* group);
 
 // The member that the group would select next; null if there is none.
@@ -147,6 +198,25 @@ bool PIFIteratorForParser_extractTextRepresentation(PIFIteratorForParser* this_,
                                                     int64_t length);
 bool PIFIteratorForParser_processZeroLengthSimpleContent(PIFIteratorForParser* this_,
                                                          ContextItemForParser* item);
+// Whether the literal nil is %ES; too, which zero bytes are.
+bool PIFIteratorForParser_isEmptyStringNil(const GroupMemberTableRow* row);
+// Whether a field is nil by its literals. It lies between the positions of the two marks, `leading`
+// characters or bytes of padding first; afterwards the position is that of `end` again.
+struct NilField {
+    DFDLBufferMarker* start;
+    DFDLBufferMarker* end;
+    int64_t leading;     // characters of padding, or bytes where trim is TRIM_BYTE
+    int64_t characters;  // kept, where trim is TRIM_CHARACTER
+    int64_t bytes;       // kept, otherwise
+};
+bool PIFIteratorForParser_checkNilLiteralValues(PIFIteratorForParser* this_, ContextItemForParser* item,
+                                                const NilField& field);
+// Whether the content, which begins here, is made of nothing but the nil character; the position stays.
+bool PIFIteratorForParser_checkNilLiteralCharacter(PIFIteratorForParser* this_, ContextItemForParser* item,
+                                                   int64_t bytes);
+bool PIFIteratorForParser_checkNilLogicalValue(PIFIteratorForParser* this_, ContextItemForParser* item);
+// Decides for a complex element between nil and a value.
+void PIFIteratorForParser_checkNilComplexContent(PIFIteratorForParser* this_, ContextItemForParser* item);
 bool PIFIteratorForParser_adjustSimpleElementValue(PIFIteratorForParser* this_, ContextItemForParser* item);
 bool PIFIteratorForParser_applyLeadingAlignment(PIFIteratorForParser* this_, ContextItemForParser* item);
 bool PIFIteratorForParser_applyTrailingAlignment(PIFIteratorForParser* this_, ContextItemForParser* item);

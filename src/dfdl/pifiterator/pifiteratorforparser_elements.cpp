@@ -16,10 +16,6 @@
 
 namespace {
 
-bool failed(const PIFIteratorForParser* iterator) {
-    return ProcessingError_isSet(iterator->context->currentError);
-}
-
 void trace(PIFIteratorForParser* iterator, ContextItemForParser* item, const char* key) {
     if (iterator->context->userTraceOn != 0) PIFIteratorForParser_userTrace(iterator, item, key, "");
 }
@@ -73,7 +69,7 @@ bool parseSimpleElement(PIFIteratorForParser* iterator, ContextItemForParser* it
                          PIFIteratorForParser_adjustSimpleElementValue(iterator, item));
     if (parsed) reportSimpleElementValue(iterator, item);
     ContextItemForParser_close(item);
-    return parsed && !failed(iterator);
+    return parsed && !PIFIteratorForParser_hasFailed(iterator);
 }
 
 // The frame of the complex type's content: its group has one member, the model group. A type without a model
@@ -92,7 +88,22 @@ void enterContent(PIFIteratorForParser* iterator, ContextItemForParser* item) {
 bool endScope(PIFIteratorForParser* iterator, ContextItemForParser* item) {
     if (item->imposedLength < 0) return true;
     item->imposedLength = -1;
-    return BufferManager_removeScopedBufferLengthUnparser(iterator->bufferManager, item->row, true, 0);
+    if (!BufferManager_removeScopedBufferLengthUnparser(iterator->bufferManager, item->row, true, 0))
+        return false;
+    PIFIteratorForParser_forgetEndOfData(iterator);
+    return true;
+}
+
+// An occurrence beyond the required ones that took nothing from the data is as if it were not there. What the
+// members of an unordered group have brought so far waits in buffers of their own and stays.
+void discardIfAbsent(PIFIteratorForParser* iterator, ContextItemForParser* item) {
+    if (item->occurrences <= item->effectiveMinOccurs || item->succeeded == 0 ||
+        item->representationEnd != item->representationStart) {
+        return;
+    }
+    trace(iterator, item, ut_DFDLParser_elementMissing_Optional);
+    if (iterator->eventBuffer->chainedBuffer == nullptr)
+        DocHandlerEventBuffer_discardEmptyComplexElement(iterator->eventBuffer);
 }
 
 }  // namespace
@@ -112,25 +123,32 @@ void PIFIteratorForParser_ComplexElement_open(PIFIteratorForParser* this_, Conte
     item->representationEnd = item->representationStart;
     reportElementStart(this_, item->row);
     if (this_->hiddenDepth == 0) startElement(this_, item);
-    item->possibleContent &= ~static_cast<uint32_t>(CONTENT_NIL);
+    if (item->plan->nilKind == NK_NONE) item->possibleContent &= ~static_cast<uint32_t>(CONTENT_NIL);
     if (!PIFIteratorForParser_applyLeadingAlignment(this_, item)) return;
+    if ((item->row->flags & GM_INITIATOR) != 0 &&
+        !PIFIteratorForParser_processElementInitiatorRegion(this_, item)) {
+        return;
+    }
     if (!PIFIteratorForParser_ComplexElement_precalculateLength(this_, item)) return;
-    enterContent(this_, item);
+    if ((item->possibleContent & CONTENT_NIL) != 0) PIFIteratorForParser_checkNilComplexContent(this_, item);
+    if (item->possibleContent != CONTENT_NIL && !PIFIteratorForParser_hasFailed(this_))
+        enterContent(this_, item);
 }
 
 void PIFIteratorForParser_ComplexElement_close(PIFIteratorForParser* this_, ContextItemForParser* item) {
-    if (!endScope(this_, item) || !PIFIteratorForParser_applyTrailingAlignment(this_, item)) return;
+    if (!endScope(this_, item)) return;
+    if ((item->row->flags & GM_TERMINATOR) != 0 && !PIFIteratorForParser_processTerminatorRegion(this_, item))
+        return;
+    if (!PIFIteratorForParser_applyTrailingAlignment(this_, item)) return;
     item->representationEnd = BufferManager_bitPosition(this_->bufferManager);
-    if (this_->hiddenDepth == 0)
+    if (this_->hiddenDepth == 0) {
+        if (item->possibleContent == CONTENT_NIL) DocHandlerEventBuffer_elementNilValue(this_->eventBuffer);
         DocHandlerEventBuffer_endElement(this_->eventBuffer, item->representationEnd);
+    }
     reportElementEnd(this_, item->row);
     trace(this_, item, ut_DFDLParser_endElement);
     ContextItemForParser_close(item);
     ContextItemForParser_setOrderedChild(item, nullptr);
-    if (item->occurrences > item->effectiveMinOccurs && item->succeeded != 0 &&
-        item->representationEnd == item->representationStart) {
-        trace(this_, item, ut_DFDLParser_elementMissing_Optional);
-        DocHandlerEventBuffer_discardEmptyComplexElement(this_->eventBuffer);
-    }
+    discardIfAbsent(this_, item);
     PIFIteratorForParser_pop(this_);
 }

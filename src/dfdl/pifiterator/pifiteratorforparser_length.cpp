@@ -1,24 +1,23 @@
 #include "dfdl/buffer/buffermanager.h"
 #include "dfdl/foundation/context.h"
+#include "dfdl/foundation/dfdlpoolingfactory.h"
 #include "dfdl/foundation/dfdlustring.h"
 #include "dfdl/foundation/processingerror.h"
 #include "dfdl/foundation/tracehandleradapter.h"
 #include "dfdl/foundation/xsvalue.h"
+#include "dfdl/framework/delimitedscannerbytes.h"
 #include "dfdl/parsers/parserregionhandler.h"
 #include "dfdl/pif/elementtable.h"
 #include "dfdl/pif/groupmembertable.h"
 #include "dfdl/pif/lengthschemetable.h"
 #include "dfdl/pif/nilschemetable.h"
 #include "dfdl/pif/occursschemetable.h"
+#include "dfdl/pif/pifphysicalpropertyhelper.h"
 #include "dfdl/pifiterator/pifiteratorforparser.h"
 #include "dfdl/pifiterator/rowplan.h"
 #include "dfdl/processor/dochandlereventbuffer.h"
 
 namespace {
-
-bool failed(const PIFIteratorForParser* iterator) {
-    return ProcessingError_isSet(iterator->context->currentError);
-}
 
 void raise(PIFIteratorForParser* iterator, const char* key, int32_t kind, const GroupMemberTableRow* row) {
     ProcessingError_setValues(iterator->context->currentError, __FILE__, __LINE__, key, kind, SUBKIND_NONE,
@@ -63,15 +62,89 @@ bool countIsGiven(const GroupMemberTableRow* row) {
     return row->occursRow->iOccursCountKind == OCK_FIXED || row->occursRow->iOccursCountKind == OCK_IMPLICIT;
 }
 
+void trace(PIFIteratorForParser* iterator, ContextItemForParser* item, const char* key) {
+    if (iterator->context->userTraceOn != 0) PIFIteratorForParser_userTrace(iterator, item, key, "");
+}
+
+void releaseValue(ContextItemForParser* item) {
+    if (item->value == nullptr) return;
+    DFDLPoolingFactory_releaseDFDLValue(item->heap->poolingFactory, item->value);
+    item->value = nullptr;
+}
+
+// Whether the content has been found to be nil, by its literals or by its value.
+bool isNil(PIFIteratorForParser* iterator, ContextItemForParser* item) {
+    if ((item->possibleContent & CONTENT_NIL) == 0) return false;
+    return item->plan->nilKind == NK_LOGICAL_VALUE ? PIFIteratorForParser_checkNilLogicalValue(iterator, item)
+                                                   : item->plan->nilKind != NK_NONE;
+}
+
+void raiseMissingInitiator(PIFIteratorForParser* iterator, ContextItemForParser* item) {
+    ProcessingError_setValues(iterator->context->currentError, __FILE__, __LINE__,
+                              DFDLParser_missingInitiator, ERROR_PROCESSING, SUBKIND_NONE, "%Z%lld%Z",
+                              PIFPhysicalPropertyHelper_getInitiatorProperty(item->row),
+                              static_cast<long long>(BufferManager_bytePosition(iterator->bufferManager)),
+                              ContextItem_getXPath(item));
+}
+
+// The bytes up to the next delimiter in scope, which stays the scanned one; -1 with an error.
+int64_t scanForLength(PIFIteratorForParser* iterator, ContextItemForParser* item) {
+    DelimitedScannerBytes* scanner = iterator->delimitedScanner;
+    DelimitedScannerBytes_setMarkupSet(scanner, item->markupSetId, item);
+    if (PIFIteratorForParser_hasFailed(iterator)) return -1;
+    return DelimitedScannerBytes_scanForMarkup(scanner, false, item->row->iTextEncodingIndex, true,
+                                               item->row);
+}
+
+// Content where the initiator's absence has left only the empty reading means that the initiator was required
+// after all.
+bool confirmAbsence(PIFIteratorForParser* iterator, ContextItemForParser* item) {
+    if ((item->row->flags & GM_LENGTH_NOT_CONSTANT) == 0) return true;
+    int64_t length = 0;
+    if (PIFIteratorForParser_calculateElementLength(iterator, item->row, item, &length) != 1) return false;
+    if (length < 1 || item->initiatorMissing == 0) return true;
+    trace(iterator, item, ut_DFDLParser_initiatorNotFound);
+    raiseMissingInitiator(iterator, item);
+    return false;
+}
+
+DFDLValue* convertText(PIFIteratorForParser* iterator, const ContextItemForParser* item) {
+    DFDLUString* text = iterator->extractedText;
+    iterator->extractedText = nullptr;
+    ParserRegionHandler* handler = iterator->parserRegionHandler;
+    return item->row->iPhysicalType == TEXT_BOOLEAN
+               ? ParserRegionHandler_handleSimpleContent_TextBoolean(handler, item->row, text)
+               : ParserRegionHandler_handleSimpleContent_TextString(handler, item->row, text);
+}
+
+// Length, extraction and conversion. False with an error.
+bool parseContent(PIFIteratorForParser* iterator, ContextItemForParser* item) {
+    int64_t length = 0;
+    if (PIFIteratorForParser_calculateElementLength(iterator, item->row, item, &length) != 1) return false;
+    if (!PIFIteratorForParser_extractTextRepresentation(iterator, item, length)) {
+        PIFIteratorForParser_releaseExtractedText(iterator);
+        return false;
+    }
+    if ((item->possibleContent & CONTENT_VALUE) != 0 && length >= 1)
+        item->value = convertText(iterator, item);
+    PIFIteratorForParser_releaseExtractedText(iterator);
+    return true;
+}
+
 // A required occurrence without content.
 bool adjustMissing(PIFIteratorForParser* iterator, ContextItemForParser* item) {
     const GroupMemberTableRow* row = item->row;
     if (usesNilForDefault(row)) {
+        trace(iterator, item, ut_DFDLParser_usingNilForDefault);
         item->value = newNil(iterator);
         return true;
     }
     if (row->elementRow->defaultValueIndex != -1) {
         raise(iterator, DFDLParser_defaultValueUnsupported, ERROR_SCHEMA_DEFINITION, row);
+        return false;
+    }
+    if (item->initiatorMissing != 0) {
+        raiseMissingInitiator(iterator, item);
         return false;
     }
     if (countIsGiven(row)) {
@@ -80,6 +153,10 @@ bool adjustMissing(PIFIteratorForParser* iterator, ContextItemForParser* item) {
                                   SUBKIND_NONE, "%Z%d%d", row->scdText, item->occurrences - 1,
                                   row->min_occurs);
         return false;
+    }
+    if (iterator->validationEnabled != 0) {
+        PIFIteratorForParser_reportValidationError(iterator, DFDLParser_minOccursViolation_ValidationError,
+                                                   row, row->min_occurs, item->occurrences - 1);
     }
     return true;
 }
@@ -92,7 +169,7 @@ bool PIFIteratorForParser_applyLeadingAlignment(PIFIteratorForParser* this_, Con
     const int64_t start = BufferManager_bytePosition(this_->bufferManager);
     if (!ParserRegionHandler_handleLeadingAlignment(this_->parserRegionHandler, item)) return false;
     reportRegion(this_, item, start, DocHandlerEventBuffer_parsedLeadingAlignmentRegion);
-    return !failed(this_);
+    return !PIFIteratorForParser_hasFailed(this_);
 }
 
 bool PIFIteratorForParser_applyTrailingAlignment(PIFIteratorForParser* this_, ContextItemForParser* item) {
@@ -100,28 +177,26 @@ bool PIFIteratorForParser_applyTrailingAlignment(PIFIteratorForParser* this_, Co
     const int64_t start = BufferManager_bytePosition(this_->bufferManager);
     if (!ParserRegionHandler_handleTrailingAlignment(this_->parserRegionHandler, item)) return false;
     reportRegion(this_, item, start, DocHandlerEventBuffer_parsedTrailingAlignmentRegion);
-    return !failed(this_);
+    return !PIFIteratorForParser_hasFailed(this_);
 }
 
 bool PIFIteratorForParser_processSimpleElementRepresentation(PIFIteratorForParser* this_,
                                                              ContextItemForParser* item) {
+    const GroupMemberTableRow* row = item->row;
     if (!PIFIteratorForParser_applyLeadingAlignment(this_, item)) return false;
-    item->possibleContent &= ~static_cast<uint32_t>(CONTENT_NIL);
-    int64_t length = 0;
-    if (PIFIteratorForParser_calculateElementLength(this_, item->row, item, &length) != 1) return false;
-    if (!PIFIteratorForParser_extractTextRepresentation(this_, item, length)) {
-        PIFIteratorForParser_releaseExtractedText(this_);
+    if (item->plan->nilKind == NK_NONE) item->possibleContent &= ~static_cast<uint32_t>(CONTENT_NIL);
+    if ((row->flags & GM_INITIATOR) != 0 &&
+        !PIFIteratorForParser_processElementInitiatorRegion(this_, item)) {
         return false;
     }
-    if ((item->possibleContent & CONTENT_VALUE) != 0 && length >= 1) {
-        DFDLUString* text = this_->extractedText;
-        this_->extractedText = nullptr;
-        item->value =
-            ParserRegionHandler_handleSimpleContent_TextString(this_->parserRegionHandler, item->row, text);
-    } else {
-        PIFIteratorForParser_releaseExtractedText(this_);
-    }
-    return !failed(this_) && PIFIteratorForParser_applyTrailingAlignment(this_, item);
+    const bool parsed =
+        item->possibleContent == CONTENT_EMPTY ? confirmAbsence(this_, item) : parseContent(this_, item);
+    if (!parsed || PIFIteratorForParser_hasFailed(this_)) return false;
+    if (item->value != nullptr && row->iPhysicalType != TEXT_STRING && this_->context->userTraceOn != 0)
+        PIFIteratorForParser_userTrace(this_, item, ut_DFDLParser_reportElementValue, "%V", item->value);
+    if ((row->flags & GM_TERMINATOR) != 0 && !PIFIteratorForParser_processTerminatorRegion(this_, item))
+        return false;
+    return PIFIteratorForParser_applyTrailingAlignment(this_, item);
 }
 
 int32_t PIFIteratorForParser_calculateElementLength(PIFIteratorForParser* this_,
@@ -135,6 +210,10 @@ int32_t PIFIteratorForParser_calculateElementLength(PIFIteratorForParser* this_,
     if (plan->lengthKind == UNDEFINED_LKIND) {
         raise(this_, DFDLParser_missingLengthKind, ERROR_SCHEMA_DEFINITION, row);
         return -1;
+    }
+    if (plan->lengthKind == DELIMITED || plan->lengthKind == END_OF_PARENT) {
+        *length = scanForLength(this_, item);
+        return *length < 0 ? 0 : 1;
     }
     *length = plan->lengthKind == IMPLICIT && ContextItem_isComplexElement(item) ? -1 : plan->length;
     return 1;
@@ -159,19 +238,35 @@ bool PIFIteratorForParser_STATE_SET_LENGTH_FROM_EXPLICIT_LENGTH(PIFIteratorForPa
 
 bool PIFIteratorForParser_processZeroLengthSimpleContent(PIFIteratorForParser* this_,
                                                          ContextItemForParser* item) {
-    item->possibleContent = CONTENT_EMPTY;
-    if (this_->context->userTraceOn != 0) {
-        PIFIteratorForParser_userTrace(this_, item, ut_DFDLParser_elementMissing_emptyContent, "");
+    if (PIFIteratorForParser_isEmptyStringNil(item->row) && (item->possibleContent & CONTENT_NIL) != 0) {
+        item->possibleContent = CONTENT_NIL;
+        trace(this_, item, ut_DFDLParser_nilLiteralValueFound);
+        return true;
     }
-    return true;
+    if ((item->possibleContent & CONTENT_EMPTY) != 0) {
+        item->possibleContent = CONTENT_EMPTY;
+        trace(this_, item, ut_DFDLParser_elementMissing_emptyContent);
+        return true;
+    }
+    ProcessingError_setValues(this_->context->currentError, __FILE__, __LINE__,
+                              DFDLParser_unexpectedInitiatorForMissingElement, ERROR_PROCESSING, SUBKIND_NONE,
+                              "%lld%Z",
+                              static_cast<long long>(BufferManager_bytePosition(this_->bufferManager)),
+                              GroupMemberTableRow_getElementName(item->row));
+    return false;
 }
 
 bool PIFIteratorForParser_adjustSimpleElementValue(PIFIteratorForParser* this_, ContextItemForParser* item) {
     const GroupMemberTableRow* row = item->row;
+    if (isNil(this_, item)) {
+        releaseValue(item);
+        PIFIteratorForParser_releaseExtractedText(this_);
+        item->value = newNil(this_);
+        return true;
+    }
     if ((item->possibleContent & CONTENT_EMPTY) == 0) return true;
     if (item->occurrences <= row->min_occurs) return adjustMissing(this_, item);
-    if (this_->context->userTraceOn != 0) {
-        PIFIteratorForParser_userTrace(this_, item, ut_DFDLParser_elementMissing_Optional, "");
-    }
+    releaseValue(item);
+    trace(this_, item, ut_DFDLParser_elementMissing_Optional);
     return true;
 }

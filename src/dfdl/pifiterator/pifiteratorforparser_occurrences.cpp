@@ -32,13 +32,11 @@ void traceNoProgress(PIFIteratorForParser* iterator, ContextItemForParser* membe
     PIFIteratorForParser_userTrace(iterator, member, ut_DFDLParser_arrayParseTerminatedNoForwardProgress, "");
 }
 
-bool scopeIsAtItsEnd(PIFIteratorForParser* iterator) {
-    BufferManager_loadAhead(iterator->bufferManager);
-    return BufferManager_endOfScopedDataStream(iterator->bufferManager);
-}
-
-// An occurrence that has taken nothing from the data: the next one would take nothing either.
+// An occurrence that has taken nothing from the data: the next one would take nothing either. An empty member
+// behind a separator has made progress with its separator, which may be taken before the next occurrence.
 bool standsStill(const ContextItemForParser* member, int64_t position) {
+    const auto* group = static_cast<const ContextItemForParser*>(member->parent);
+    if (group->plan->separatorPosition == INFIX && member->plan->lengthKind == DELIMITED) return false;
     return member->occurrences >= 1 && position == member->occurrenceStart;
 }
 
@@ -66,7 +64,7 @@ bool endOfParsed(PIFIteratorForParser* iterator, ContextItemForParser* member, i
         --count;
     } else {
         member->occurrenceStart = position;
-        end = scopeIsAtItsEnd(iterator);
+        end = PIFIteratorForParser_isScopeExhausted(iterator);
     }
     if (end) validateCount(iterator, member, count);
     return end;
@@ -86,7 +84,8 @@ bool endOfImplicit(PIFIteratorForParser* iterator, ContextItemForParser* member,
         return false;
     }
     const bool belowMinimum = member->occurrences < member->row->min_occurs;
-    if (belowMinimum || !scopeIsAtItsEnd(iterator)) return member->occurrences >= member->effectiveMaxOccurs;
+    if (belowMinimum || !PIFIteratorForParser_isScopeExhausted(iterator))
+        return member->occurrences >= member->effectiveMaxOccurs;
     return true;
 }
 

@@ -11,10 +11,6 @@
 
 namespace {
 
-bool failed(const PIFIteratorForParser* iterator) {
-    return ProcessingError_isSet(iterator->context->currentError);
-}
-
 bool isHidden(const ContextItemForParser* group) { return (group->row->flags & GM_HIDDEN) != 0; }
 
 // An occurrence beyond the required ones.
@@ -32,28 +28,53 @@ const GroupMemberTableRow* firstMember(const ContextItemForParser* group) {
     return content == nullptr ? nullptr : content->firstMember;
 }
 
-// Everything in the scope has been read. Loads what the input still has first, so that input in pieces and
-// input in one piece end at the same place.
-bool isScopeExhausted(PIFIteratorForParser* iterator) {
-    BufferManager_loadAhead(iterator->bufferManager);
-    return BufferManager_endOfScopedDataStream(iterator->bufferManager);
-}
+bool isUnordered(const ContextItemForParser* group) { return group->kind == ITEM_UNORDERED; }
 
 // The data ended where a member was still wanted by its own bounds, though not by how its occurrences are
 // counted.
 void reportMissingTrailing(PIFIteratorForParser* iterator, const ContextItemForParser* group) {
     const ContextItemForParser* member = group->selectedChild;
-    if (iterator->validationEnabled == 0 || member->occurrences > 0 || member->row->min_occurs <= 0) return;
+    if (iterator->validationEnabled == 0 || isUnordered(group)) return;
+    if (member->occurrences > 0 || member->row->min_occurs <= 0) return;
     PIFIteratorForParser_reportValidationError(iterator, DFDLParser_minOccursViolation_ValidationError,
                                                member->row, group->row->min_occurs, -1);
 }
 
-void traceAttempt(PIFIteratorForParser* iterator, ContextItemForParser* member) {
+void traceAttempt(PIFIteratorForParser* iterator, const ContextItemForParser* group) {
+    ContextItemForParser* member = group->selectedChild;
     if (iterator->context->userTraceOn == 0) return;
+    if (isUnordered(group))
+        PIFIteratorForParser_userTrace(iterator, member, ut_DFDLParser_attemptUnorderedBranch, "");
+    if (!isOptional(member)) return;
     ContextItem_incrementOccurrences(member);
     PIFIteratorForParser_userTrace(iterator, member, ut_DFDLParser_attemptOptionalElement, "%d",
                                    member->occurrences);
     ContextItem_decrementOccurrences(member);
+}
+
+bool isTrailing(const ContextItemForParser* member) {
+    return (member->row->flags & GM_TRAILING_OPTIONAL) != 0;
+}
+
+void processLeadingSeparator(PIFIteratorForParser* iterator, ContextItemForParser* group) {
+    const int32_t position = group->plan->separatorPosition;
+    if (position == INFIX || position == PREFIX) PIFIteratorForParser_group_processSeparator(iterator, group);
+}
+
+// The scopes that the group imposed: first the one that an enclosing delimiter closed, then its own length,
+// of which what is left is skipped.
+bool endScopes(PIFIteratorForParser* iterator, ContextItemForParser* group) {
+    BufferManager* buffer = iterator->bufferManager;
+    if (group->scopeClosed != 0) {
+        group->scopeClosed = 0;
+        BufferManager_removeScopedBufferLengthUnparser(buffer, group->row, false, 0);
+    }
+    if (group->imposedLength >= 0) {
+        group->imposedLength = -1;
+        if (!BufferManager_removeScopedBufferLengthUnparser(buffer, group->row, true, 0)) return false;
+    }
+    PIFIteratorForParser_forgetEndOfData(iterator);
+    return true;
 }
 
 // The failure of an inner level passes through a group that it does not concern; one of the member's own is
@@ -104,9 +125,18 @@ void PIFIteratorForParser_group_open(PIFIteratorForParser* this_, ContextItemFor
     group->possibleContent &= ~static_cast<uint32_t>(CONTENT_EMPTY | CONTENT_NIL);
     if (isHidden(group)) ++this_->hiddenDepth;
     if (!PIFIteratorForParser_applyLeadingAlignment(this_, group)) return;
-    if (group->plan->lengthKind == EXPLICIT) {
-        PIFIteratorForParser_STATE_SET_LENGTH_FROM_EXPLICIT_LENGTH(this_, group);
+    if ((group->row->flags & GM_INITIATOR) != 0 &&
+        !PIFIteratorForParser_processElementInitiatorRegion(this_, group)) {
+        return;
     }
+    if (group->plan->lengthKind == EXPLICIT &&
+        !PIFIteratorForParser_STATE_SET_LENGTH_FROM_EXPLICIT_LENGTH(this_, group)) {
+        return;
+    }
+    PIFIteratorForParser_forgetScannedMarkup(this_);
+    group->firstMember = group->plan->separatorPosition == INFIX;
+    if (group->plan->separatorPosition == POSTFIX)
+        group->lastSeparatorBytePosition = BufferManager_bytePosition(this_->bufferManager);
 }
 
 void PIFIteratorForParser_group_selectNextSequenceMember(PIFIteratorForParser* this_,
@@ -131,7 +161,9 @@ void PIFIteratorForParser_group_selectNextSequenceMember(PIFIteratorForParser* t
 
 void PIFIteratorForParser_group_beforeGroupMember(PIFIteratorForParser* this_, ContextItemForParser* group) {
     ContextItemForParser* member = group->selectedChild;
-    if ((member->row->flags & GM_TRAILING_OPTIONAL) != 0 && isOptional(member) && isScopeExhausted(this_)) {
+    const bool mayBeAbsent = isOptional(member) || isUnordered(group);
+    const bool mayEndHere = isUnordered(group) || (isOptional(member) && isTrailing(member));
+    if (mayEndHere && PIFIteratorForParser_isScopeExhausted(this_)) {
         reportMissingTrailing(this_, group);
         endGroup(group);
         return;
@@ -142,16 +174,29 @@ void PIFIteratorForParser_group_beforeGroupMember(PIFIteratorForParser* this_, C
         return;
     }
     member->occurrenceStart = position;
-    if (!isOptional(member)) return;
-    traceAttempt(this_, member);
+    if (!mayBeAbsent) return processLeadingSeparator(this_, group);
+    traceAttempt(this_, group);
+    // A separator that may be suppressed goes with the attempt; any other stands, whatever becomes of it.
+    if (group->plan->separatorPolicy == SUPPRESS) {
+        ContextItemForParser_createCheckPoint(group);
+        return processLeadingSeparator(this_, group);
+    }
+    processLeadingSeparator(this_, group);
+    if (group->state == STEP_CLOSE || PIFIteratorForParser_hasFailed(this_)) return;
     ContextItemForParser_createCheckPoint(group);
 }
 
 void PIFIteratorForParser_group_afterGroupMember(PIFIteratorForParser* this_, ContextItemForParser* group) {
-    if (group->selectedChild->succeeded != 0) {
+    const bool succeeded = group->selectedChild->succeeded != 0;
+    if (succeeded) {
         ContextItemForParser_releaseCheckPoint(group);
     } else if (!undoFailedMember(this_, group)) {
         return;
+    }
+    if (group->plan->separatorPosition == POSTFIX &&
+        (succeeded || group->plan->separatorPolicy != SUPPRESS)) {
+        PIFIteratorForParser_group_processSeparator(this_, group);
+        if (PIFIteratorForParser_hasFailed(this_)) return;
     }
     group->afterMember = BufferManager_bitPosition(this_->bufferManager);
 }
@@ -166,11 +211,16 @@ void PIFIteratorForParser_STATE_BACKTRACK_TO_CHECKPOINT(PIFIteratorForParser* th
 }
 
 void PIFIteratorForParser_group_close(PIFIteratorForParser* this_, ContextItemForParser* group) {
-    if (group->imposedLength >= 0) {
-        group->imposedLength = -1;
-        if (!BufferManager_removeScopedBufferLengthUnparser(this_->bufferManager, group->row, true, 0))
-            return;
+    const int32_t position = group->plan->separatorPosition;
+    ContextItemForParser_releaseCheckPoint(group);
+    if ((position == INFIX || position == PREFIX) &&
+        !PIFIteratorForParser_STATE_CHECK_UNEXPECTED_SEPARATOR(this_, group)) {
+        return;
     }
+    if (!endScopes(this_, group)) return;
+    if ((group->row->flags & GM_TERMINATOR) != 0 &&
+        !PIFIteratorForParser_processTerminatorRegion(this_, group))
+        return;
     if (!PIFIteratorForParser_applyTrailingAlignment(this_, group)) return;
     group->representationEnd = BufferManager_bitPosition(this_->bufferManager);
     if (this_->userRegionHandler != nullptr) {
@@ -180,5 +230,5 @@ void PIFIteratorForParser_group_close(PIFIteratorForParser* this_, ContextItemFo
     if (isHidden(group)) --this_->hiddenDepth;
     ContextItemForParser_close(group);
     ContextItemForParser_setOrderedChild(group, nullptr);
-    if (!failed(this_)) PIFIteratorForParser_pop(this_);
+    if (!PIFIteratorForParser_hasFailed(this_)) PIFIteratorForParser_pop(this_);
 }

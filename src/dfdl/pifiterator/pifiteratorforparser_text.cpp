@@ -1,14 +1,19 @@
+#include <unicode/ustring.h>
+
 #include <string_view>
 
 #include "dfdl/buffer/buffermanager.h"
 #include "dfdl/converters/charsetmanager.h"
 #include "dfdl/converters/dfdlcharset.h"
+#include "dfdl/converters/textconverter.h"
 #include "dfdl/foundation/context.h"
 #include "dfdl/foundation/dfdlustring.h"
-#include "dfdl/foundation/guard.h"
 #include "dfdl/foundation/processingerror.h"
+#include "dfdl/framework/delimitedscannerbytes.h"
 #include "dfdl/pif/elementtable.h"
 #include "dfdl/pif/groupmembertable.h"
+#include "dfdl/pif/nilschemetable.h"
+#include "dfdl/pifiterator/fieldbytes.h"
 #include "dfdl/pifiterator/pifiteratorforparser.h"
 #include "dfdl/pifiterator/rowplan.h"
 #include "dfdl/processor/dochandlereventbuffer.h"
@@ -67,11 +72,12 @@ bool checkImpliedLength(PIFIteratorForParser* iterator, const ContextItemForPars
 bool byteLength(PIFIteratorForParser* iterator, const ContextItemForParser* item, int64_t length,
                 int64_t* bytes) {
     *bytes = length;
+    const bool scanned = (item->row->flags & GM_DELIMITED_LENGTH) != 0;
     switch (item->plan->units) {
         case BYTES:
             return item->plan->lengthKind != IMPLICIT || checkImpliedLength(iterator, item);
         case CHARACTERS:
-            return bytesForCharacters(iterator, item, length, bytes);
+            return scanned || bytesForCharacters(iterator, item, length, bytes);
         default:
             ProcessingError_setValues(
                 iterator->context->currentError, __FILE__, __LINE__, DFDLParser_incorrectLengthUnits,
@@ -91,38 +97,17 @@ bool readCharacters(PIFIteratorForParser* iterator, ContextItemForParser* item, 
     return false;
 }
 
-// The bytes of a field before it is read: in place where they lie together, else a copy.
-class FieldBytes {
-  public:
-    FieldBytes(PIFIteratorForParser* iterator, int64_t length)
-        : iterator_(iterator), bytes_(BufferManager_peekBytes(iterator->bufferManager, length)) {
-        if (bytes_ == nullptr) copyBytes(length);
-    }
-    ~FieldBytes() {
-        if (copy_ != nullptr) BufferManager_deAllocateBytes(iterator_->bufferManager, copy_);
-    }
-    FieldBytes(const FieldBytes&) = delete;
-    FieldBytes& operator=(const FieldBytes&) = delete;
-
-    const uint8_t* bytes() const { return bytes_; }  // null: fewer bytes than asked for
-
-  private:
-    void copyBytes(int64_t length) {
-        BufferManager* buffer = iterator_->bufferManager;
-        copy_ = BufferManager_allocateBytes(buffer, length);
-        const int64_t got =
-            BufferManager_read(buffer, copy_, length, BufferManager_bytePosition(buffer), false);
-        if (got == length) bytes_ = copy_;
-    }
-
-    PIFIteratorForParser* iterator_;
-    const uint8_t* bytes_;
-    uint8_t* copy_ = nullptr;
+// Bytes of padding at the two ends of a field.
+struct Padding {
+    int64_t leading;
+    int64_t trailing;
 };
 
-struct Padding {
-    int64_t leading;  // bytes
-    int64_t trailing;
+// What trimming has left of a field.
+struct Kept {
+    int64_t leading;     // padding before it: characters where a character is the pad, else bytes
+    int64_t characters;  // where a character is the pad
+    int64_t bytes;       // else
 };
 
 // Pad bytes at the ends that are trimmed, in whole characters of `width` bytes.
@@ -145,17 +130,18 @@ bool skip(PIFIteratorForParser* iterator, const ContextItemForParser* item, int6
     return bytes == 0 || BufferManager_skipBytes(iterator->bufferManager, bytes, item->row) == bytes;
 }
 
-bool readTrimmedBytes(PIFIteratorForParser* iterator, ContextItemForParser* item, int64_t length) {
+bool readTrimmedBytes(PIFIteratorForParser* iterator, ContextItemForParser* item, int64_t length,
+                      Kept* result) {
     DFDLCharset* charset = charsetOf(iterator, item);
     if (!haveCharset(iterator, item, charset)) return false;
-    if (item->plan->units == CHARACTERS && !DFDLCharset_isFixedWidth(charset) &&
-        !DFDLCharset_isUCS2(charset)) {
+    const bool counted = (item->row->flags & GM_DELIMITED_LENGTH) == 0 && item->plan->units == CHARACTERS;
+    if (counted && !DFDLCharset_isFixedWidth(charset) && !DFDLCharset_isUCS2(charset)) {
         raiseForElement(iterator, item->row, DFDLParser_unableToApplyPadByte, ERROR_PROCESSING);
         return false;
     }
     Padding padding{0, 0};
     {
-        const FieldBytes field(iterator, length);
+        const FieldBytes field(iterator->bufferManager, length);
         if (field.bytes() == nullptr) {
             raiseOverflow(iterator, item->row);
             return false;
@@ -164,6 +150,7 @@ bool readTrimmedBytes(PIFIteratorForParser* iterator, ContextItemForParser* item
     }
     if (!skip(iterator, item, padding.leading)) return false;
     const int64_t kept = length - padding.leading - padding.trailing;
+    *result = {padding.leading, 0, kept};
     iterator->extractedText = kept == 0
                                   ? DFDLUStringPooler_getDFDLUStringFromUChars(iterator->heap, u"", 0)
                                   : BufferManager_readBytesAsString(
@@ -195,7 +182,8 @@ int32_t lengthWithoutTrailingPads(const UChar* chars, int32_t start, int32_t len
     return at;
 }
 
-void trimCharacters(const RowPlan& plan, DFDLUString* text) {
+// The characters of padding that stood in front.
+int32_t trimCharacters(const RowPlan& plan, DFDLUString* text) {
     const int32_t start = plan.trimLeading != 0 ? leadingPads(text->chars, text->length, padOf(plan)) : 0;
     const int32_t end = plan.trimTrailing != 0
                             ? lengthWithoutTrailingPads(text->chars, start, text->length, padOf(plan))
@@ -204,12 +192,14 @@ void trimCharacters(const RowPlan& plan, DFDLUString* text) {
         std::char_traits<UChar>::move(text->chars, text->chars + start, static_cast<size_t>(end - start));
     text->length = end - start;
     text->chars[text->length] = 0;
+    return start / static_cast<int32_t>(padOf(plan).size());
 }
 
-bool readText(PIFIteratorForParser* iterator, ContextItemForParser* item, int64_t length, int64_t bytes) {
+bool readText(PIFIteratorForParser* iterator, ContextItemForParser* item, int64_t length, int64_t bytes,
+              Kept* kept) {
     const RowPlan& plan = *item->plan;
     if (plan.trim == TRIM_BYTE) {
-        if (bytes != LENGTH_BY_READING) return readTrimmedBytes(iterator, item, bytes);
+        if (bytes != LENGTH_BY_READING) return readTrimmedBytes(iterator, item, bytes, kept);
         raiseForElement(iterator, item->row, DFDLParser_unableToApplyPadByte, ERROR_PROCESSING);
         return false;
     }
@@ -220,21 +210,102 @@ bool readText(PIFIteratorForParser* iterator, ContextItemForParser* item, int64_
             BufferManager_readBytesAsString(iterator->bufferManager, plan.encodingIndex, bytes, item->row);
     }
     if (iterator->extractedText == nullptr) return false;
-    if (plan.trim == TRIM_CHARACTER) trimCharacters(plan, iterator->extractedText);
+    *kept = {0, 0, bytes};
+    if (plan.trim == TRIM_CHARACTER) {
+        kept->leading = trimCharacters(plan, iterator->extractedText);
+        kept->characters = u_countChar32(iterator->extractedText->chars, iterator->extractedText->length);
+    }
     return true;
+}
+
+const char* contentTraceKey(const RowPlan& plan) {
+    switch (plan.lengthKind) {
+        case DELIMITED:
+            return ut_DFDLParser_scanForMarkupLengthValueIdentified;
+        case PATTERN:
+        case END_OF_PARENT:
+            return ut_DFDLParser_scanForVariableLengthValueIdentified;
+        default:
+            return ut_DFDLParser_scanForSpecifiedLengthValueIdentified;
+    }
 }
 
 void reportContent(PIFIteratorForParser* iterator, ContextItemForParser* item) {
     item->contentEnd = BufferManager_bytePosition(iterator->bufferManager);
-    if (iterator->userRegionHandler != nullptr) {
-        DocHandlerEventBuffer_parsedSimpleContentRegion(iterator->eventBuffer, item->row->scdText,
-                                                        item->contentStart,
-                                                        item->contentEnd - item->contentStart);
+    if (iterator->userRegionHandler == nullptr) return;
+    DocHandlerEventBuffer_parsedSimpleContentRegion(
+        iterator->eventBuffer, item->row->scdText, item->contentStart, item->contentEnd - item->contentStart);
+}
+
+// Nil is looked for in the bytes as they are, padding and all, so their number must be known.
+bool measureCharacters(PIFIteratorForParser* iterator, ContextItemForParser* item, int64_t length,
+                       int64_t* bytes) {
+    BufferManager* buffer = iterator->bufferManager;
+    DFDLBufferMarker* start = BufferManager_mark(buffer);
+    const int64_t from = BufferManager_bytePosition(buffer);
+    const bool read = readCharacters(iterator, item, length);
+    PIFIteratorForParser_releaseExtractedText(iterator);
+    *bytes = BufferManager_bytePosition(buffer) - from;
+    BufferManager_reset(buffer, start);
+    BufferManager_release(buffer, start);
+    return read;
+}
+
+// A field of nothing but nil characters is moved over and has no text.
+bool readUnlessNilCharacters(PIFIteratorForParser* iterator, ContextItemForParser* item, int64_t length,
+                             int64_t bytes) {
+    Kept kept{};
+    if (bytes == LENGTH_BY_READING && !measureCharacters(iterator, item, length, &bytes)) return false;
+    const bool nil = PIFIteratorForParser_checkNilLiteralCharacter(iterator, item, bytes);
+    if (PIFIteratorForParser_hasFailed(iterator)) return false;
+    if (!readText(iterator, item, length, bytes, &kept)) return false;
+    if (nil) PIFIteratorForParser_releaseExtractedText(iterator);
+    return true;
+}
+
+bool readAndMatchNilLiterals(PIFIteratorForParser* iterator, ContextItemForParser* item, int64_t length,
+                             int64_t bytes) {
+    Kept kept{};
+    BufferManager* buffer = iterator->bufferManager;
+    if (bytes == LENGTH_BY_READING && !measureCharacters(iterator, item, length, &bytes)) return false;
+    DFDLBufferMarker* start = BufferManager_mark(buffer);
+    bool read = readText(iterator, item, length, bytes, &kept);
+    if (read) {
+        DFDLBufferMarker* end = BufferManager_mark(buffer);
+        PIFIteratorForParser_checkNilLiteralValues(iterator, item,
+                                                   {start, end, kept.leading, kept.characters, kept.bytes});
+        BufferManager_release(buffer, end);
+        read = !PIFIteratorForParser_hasFailed(iterator);
     }
-    if (iterator->context->userTraceOn != 0) {
-        PIFIteratorForParser_userTrace(iterator, item, ut_DFDLParser_scanForSpecifiedLengthValueIdentified,
-                                       "%Z", iterator->extractedText);
+    BufferManager_release(buffer, start);
+    return read;
+}
+
+bool readContent(PIFIteratorForParser* iterator, ContextItemForParser* item, int64_t length, int64_t bytes) {
+    if ((item->possibleContent & CONTENT_NIL) != 0) {
+        if (item->plan->nilKind == NK_LITERAL_CHAR)
+            return readUnlessNilCharacters(iterator, item, length, bytes);
+        if (item->plan->nilKind == NK_LITERAL_VALUE)
+            return readAndMatchNilLiterals(iterator, item, length, bytes);
     }
+    Kept kept{};
+    return readText(iterator, item, length, bytes, &kept);
+}
+
+bool removeEscapes(PIFIteratorForParser* iterator, ContextItemForParser* item) {
+    DFDLUString* text = iterator->extractedText;
+    if ((item->row->flags & GM_ESCAPE_SCHEME) == 0 || text == nullptr) return true;
+    DFDLUString* plain =
+        item->markupSetId == -1
+            ? TextConverter_applyEscapeScheme(iterator->heap, text, item->row)
+            : TextConverter_applyEscapeSchemeUsingCompiledMarkupSetData(
+                  iterator->heap, text, item->row,
+                  DelimitedScannerBytes_setMarkupSet(iterator->delimitedScanner, item->markupSetId, item));
+    if (PIFIteratorForParser_hasFailed(iterator)) return false;
+    if (plain == text) return true;
+    delete_DFDLUString(text);
+    iterator->extractedText = plain;
+    return true;
 }
 
 }  // namespace
@@ -250,7 +321,10 @@ bool PIFIteratorForParser_extractTextRepresentation(PIFIteratorForParser* this_,
         return PIFIteratorForParser_processZeroLengthSimpleContent(this_, item);
     }
     item->possibleContent &= ~static_cast<uint32_t>(CONTENT_EMPTY);
-    if (!readText(this_, item, length, bytes)) return false;
+    if (!readContent(this_, item, length, bytes)) return false;
     reportContent(this_, item);
+    if (!removeEscapes(this_, item)) return false;
+    if (this_->context->userTraceOn != 0 && this_->extractedText != nullptr)
+        PIFIteratorForParser_userTrace(this_, item, contentTraceKey(*item->plan), "%Z", this_->extractedText);
     return true;
 }

@@ -9,12 +9,17 @@
 #include "dfdl/pif/lengthschemetable.h"
 #include "dfdl/pif/nilschemetable.h"
 #include "dfdl/pif/occursschemetable.h"
+#include "dfdl/pif/pifphysicalpropertyhelper.h"
 #include "dfdl/pif/spif.h"
+#include "dfdl/pif/textmarkuptable.h"
 #include "dfdl/pif/textstringtable.h"
 #include "dfdl/pif/variableactionstable.h"
 #include "dfdl/pifiterator/contextitemforparser.h"
+#include "dfdl/pifiterator/unorderedmembers.h"
 
 namespace {
+
+constexpr int32_t NO_MEMO = -2;  // no set has this id
 
 bool isElement(const GroupMemberTableRow& row) { return row.elementRow != nullptr; }
 
@@ -36,6 +41,7 @@ int32_t itemKind(const GroupMemberTableRow& row) {
 const char* unsupportedContent(int32_t physicalType) {
     switch (physicalType) {
         case TEXT_STRING:
+        case TEXT_BOOLEAN:
             return nullptr;
         case TEXT_NUMBER:
             return "a text number";
@@ -45,8 +51,6 @@ const char* unsupportedContent(int32_t physicalType) {
             return "a text calendar";
         case BINARY_CALENDAR:
             return "a binary calendar";
-        case TEXT_BOOLEAN:
-            return "a text boolean";
         case BINARY_BOOLEAN:
             return "a binary boolean";
         case BINARY_OPAQUE:
@@ -63,8 +67,6 @@ const char* unsupportedKind(const GroupMemberTableRow& row) {
             return unsupportedContent(row.iPhysicalType);
         case ITEM_CHOICE:
             return "a choice";
-        case ITEM_UNORDERED:
-            return "an unordered group";
         case -1:
             return "a group that is neither a sequence nor a choice";
         default:
@@ -80,26 +82,19 @@ const char* unsupportedLength(const GroupMemberTableRow& row) {
     switch (row.lengthRow->iLengthKind) {
         case PREFIXED:
             return "a prefixed length";
-        case DELIMITED:
-            return isElement(row) && row.elementRow->contentGroup == nullptr ? "a delimited length" : nullptr;
         case PATTERN:
             return "a length given by a pattern";
-        case END_OF_PARENT:
-            return isElement(row) && row.elementRow->contentGroup == nullptr
-                       ? "a length up to the end of the parent"
-                       : nullptr;
         default:
             return nullptr;
     }
 }
 
 const char* unsupportedDelimiters(const GroupMemberTableRow& row) {
-    if ((row.flags & GM_INITIATOR) != 0) return "an initiator";
-    if ((row.flags & GM_TERMINATOR) != 0) return "a terminator";
-    if ((row.flags & GM_SEPARATOR) != 0) return "a separator";
-    if ((row.flags & GM_ESCAPE_SCHEME) != 0 && isElement(row) && row.elementRow->contentGroup == nullptr) {
-        return "an escape scheme";
-    }
+    const TextMarkupTableRow* markup = row.markupRow;
+    if (markup == nullptr) return nullptr;
+    if (markup->iInitiatorExprIndex != -1) return "an initiator from an expression";
+    if (markup->iTerminatorExprIndex != -1) return "a terminator from an expression";
+    if (markup->iSeparatorExprIndex != -1) return "a separator from an expression";
     return nullptr;
 }
 
@@ -117,7 +112,6 @@ const char* unsupportedOccurrences(const GroupMemberTableRow& row) {
 
 const char* unsupportedExtras(const GroupMemberTableRow& row) {
     if ((row.flags & GM_INPUT_VALUE_CALC) != 0) return "a calculated value";
-    if (row.nilRow != nullptr && row.nilRow->iNilKind != NK_NONE) return "a nil value";
     if (row.firstAssert != nullptr) return "an assert or discriminator";
     if (row.firstVariableAction != nullptr) return "a variable action";
     return nullptr;
@@ -162,7 +156,9 @@ void planTrim(RowPlan* plan, const GroupMemberTableRow& row) {
 bool isPlainText(const RowPlan& plan, const GroupMemberTableRow& row) {
     if (plan.unsupported != nullptr || plan.kind != ITEM_SIMPLE_ELEMENT) return false;
     const bool once = row.effectiveMinOccurs == 1 && row.effectiveMaxOccurs == 1;
-    const bool framed = (row.flags & (GM_LEADING_ALIGNMENT | GM_TRAILING_ALIGNMENT)) != 0;
+    const bool framed =
+        (row.flags & (GM_LEADING_ALIGNMENT | GM_TRAILING_ALIGNMENT | GM_INITIATOR | GM_TERMINATOR)) != 0 ||
+        plan.nilKind != NK_NONE || (row.flags & GM_ESCAPE_SCHEME) != 0 || row.iPhysicalType != TEXT_STRING;
     const bool counted =
         (plan.lengthKind == EXPLICIT && plan.units == BYTES) ||
         ((plan.lengthKind == EXPLICIT || plan.lengthKind == IMPLICIT) && plan.units == CHARACTERS);
@@ -178,6 +174,14 @@ PlainText planPlainText(const GroupMemberTableRow& row) {
             element->namespaceId};
 }
 
+void planSeparator(RowPlan* plan, const GroupMemberTableRow& row) {
+    plan->separatorPosition = (row.flags & GM_SEPARATOR_INFIX) != 0     ? INFIX
+                              : (row.flags & GM_SEPARATOR_PREFIX) != 0  ? PREFIX
+                              : (row.flags & GM_SEPARATOR_POSTFIX) != 0 ? POSTFIX
+                                                                        : POSITION_NONE;
+    plan->separatorPolicy = PIFPhysicalPropertyHelper_getSeparatorPolicy(&row);
+}
+
 RowPlan planRow(const GroupMemberTableRow& row) {
     RowPlan plan{};
     plan.kind = itemKind(row);
@@ -186,6 +190,9 @@ RowPlan planRow(const GroupMemberTableRow& row) {
     plan.needsAlignment = (row.flags & GM_LEADING_ALIGNMENT) != 0;
     planLength(&plan, row);
     planTrim(&plan, row);
+    planSeparator(&plan, row);
+    plan.memoParentSetId = NO_MEMO;
+    plan.nilKind = row.nilRow == nullptr ? NK_NONE : row.nilRow->iNilKind;
     plan.isPlainText = isPlainText(plan, row);
     if (plan.isPlainText != 0) plan.plainText = planPlainText(row);
     return plan;
@@ -193,13 +200,21 @@ RowPlan planRow(const GroupMemberTableRow& row) {
 
 }  // namespace
 
-RowPlan* new_RowPlans(DFDLHeapAdapter* heap, const sPIF* pif) {
+RowPlan* new_RowPlans(DFDLHeapAdapter* heap, const sPIF* pif, int32_t* count) {
     const Array* rows = pif->groupMemberTable->rows;
     auto* plans = DFDLHeapAdapter_newArray<RowPlan>(heap, static_cast<size_t>(rows->count) + 1);
     for (int32_t i = 0; i < rows->count; ++i) plans[i] = planRow(*Array_row<GroupMemberTableRow>(rows, i));
+    *count = rows->count;
     return plans;
 }
 
-void delete_RowPlans(DFDLHeapAdapter* heap, RowPlan* plans) {
-    if (plans != nullptr) DFDLHeapAdapter_arrayDeallocate(heap, plans);
+void delete_RowPlans(DFDLHeapAdapter* heap, RowPlan* plans, int32_t count) {
+    if (plans == nullptr) return;
+    for (int32_t i = 0; i < count; ++i) {
+        while (UnorderedMembers* members = plans[i].spareMembers) {
+            plans[i].spareMembers = members->next;
+            delete_UnorderedMembers(members);
+        }
+    }
+    DFDLHeapAdapter_arrayDeallocate(heap, plans);
 }

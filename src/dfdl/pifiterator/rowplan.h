@@ -7,6 +7,7 @@
 
 struct DFDLHeapAdapter;
 struct GroupMemberTableRow;
+struct UnorderedMembers;
 struct sPIF;
 
 // How the text of an element is trimmed.
@@ -38,12 +39,19 @@ struct RowPlan {
     uint8_t trimLeading;
     uint8_t trimTrailing;
     uint8_t padByte;
-    UChar padCharacter[2];  // the second unit is 0 unless it is a pair
-    int32_t kind;           // ContextItemKind; -1: no item can be made of the row
-    PlainText plainText;    // where isPlainText is set
+    UChar padCharacter[2];      // the second unit is 0 unless it is a pair
+    int32_t kind;               // ContextItemKind; -1: no item can be made of the row
+    int32_t nilKind;            // NilKindEnum
+    int32_t separatorPosition;  // SeparatorPositionEnum; POSITION_NONE: no separator
+    int32_t separatorPolicy;    // SeparatorPolicyEnum, one of the first four
+    // The last answer to which markup set the member is in below a parent's set, which seldom changes.
+    int32_t memoParentSetId;
+    int32_t memoMarkupSetId;
+    UnorderedMembers* spareMembers;  // of closed unordered groups
+    PlainText plainText;             // where isPlainText is set
 };
 
-RowPlan* new_RowPlans(DFDLHeapAdapter* heap, const sPIF* pif);  // one per group member row
-void delete_RowPlans(DFDLHeapAdapter* heap, RowPlan* plans);
+RowPlan* new_RowPlans(DFDLHeapAdapter* heap, const sPIF* pif, int32_t* count);  // one per group member row
+void delete_RowPlans(DFDLHeapAdapter* heap, RowPlan* plans, int32_t count);     // null is ignored
 
 #endif

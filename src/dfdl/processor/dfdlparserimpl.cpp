@@ -13,6 +13,7 @@
 #include "dfdl/foundation/resourcecatalog.h"
 #include "dfdl/foundation/tracehandleradapter.h"
 #include "dfdl/framework/compiledmarkupset.h"
+#include "dfdl/framework/delimitedscannerbytes.h"
 #include "dfdl/framework/stringliteralcache.h"
 #include "dfdl/parsers/parserregionhandler.h"
 #include "dfdl/pifiterator/backtrackingmanager.h"
@@ -44,6 +45,7 @@ void construct(DFDLParserImpl* parser) {
     parser->errorEventBuffer = new_ErrorHandlerEventBuffer(heap, parser->context, parser->resourceCatalog);
     parser->backtrackingManager = new_BacktrackingManager(heap);
     parser->stringLiteralCache = new_StringLiteralCache(heap, CompiledMarkupSetDeleteFunction);
+    parser->delimitedScanner = new_DelimitedScannerBytes(heap, parser->context);
     parser->traceAdapter = new_TraceHandlerAdapter(heap, parser->context, parser->resourceCatalog);
     parser->bufferManager->trace = parser->traceAdapter;
     parser->variableManager->trace = parser->traceAdapter;
@@ -65,6 +67,7 @@ void deleteHandlersAndBuffers(DFDLParserImpl* parser) {
     delete_BufferManager(parser->bufferManager);
     delete_CharsetManager(parser->charsetManager);
     if (parser->ownsDocHandler != 0) delete_DoNothingDocHandler(parser->docHandler);
+    delete_DelimitedScannerBytes(parser->delimitedScanner);
     delete_StringLiteralCache(parser->stringLiteralCache);
     delete_TraceHandlerAdapter(parser->traceAdapter);
     delete_DFDLConstants(parser->constants);
@@ -113,6 +116,7 @@ int DFDLParserImpl_resetParser(DFDLParserImpl* this_) {
     BufferManager_clear(this_->bufferManager);
     DFDLPoolingFactory_reset(this_->heap->poolingFactory);
     CharsetManager_reset(this_->charsetManager, false);
+    DelimitedScannerBytes_reset(this_->delimitedScanner);
     StringLiteralCache_reset(this_->stringLiteralCache);
     VariableManager_reset(this_->variableManager);
     if (this_->hasCustomMessageHeap != 0) DFDLBufferFactory_reset(this_->messageHeap->bufferFactory);

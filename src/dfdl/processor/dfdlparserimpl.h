@@ -15,6 +15,7 @@ struct Context;
 struct DFDLConstants;
 struct DFDLUString;
 struct DFDLValue;
+struct DelimitedScannerBytes;
 struct DocHandlerAdapter;
 struct DocHandlerEventBuffer;
 struct ErrorHandlerEventBuffer;
@@ -63,6 +64,7 @@ struct DFDLParserImpl {
     uint32_t fastSmallIntegers;
     ResourceCatalog* resourceCatalog;
     StringLiteralCache* stringLiteralCache;
+    DelimitedScannerBytes* delimitedScanner;
     TraceHandlerAdapter* traceAdapter;
     DFDLServiceTraceHandlerImpl* serviceTraceHandler;
     DFDLUserTraceHandlerImpl* userTraceHandler;

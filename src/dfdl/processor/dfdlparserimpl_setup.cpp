@@ -5,6 +5,7 @@
 #include "dfdl/foundation/processingerror.h"
 #include "dfdl/foundation/resourcecatalog.h"
 #include "dfdl/foundation/tracehandleradapter.h"
+#include "dfdl/framework/delimitedscannerbytes.h"
 #include "dfdl/parsers/parserregionhandler.h"
 #include "dfdl/pifiterator/backtrackingmanager.h"
 #include "dfdl/pifiterator/pifiteratorforparser.h"
@@ -69,6 +70,15 @@ void wireRegionHandler(DFDLParserImpl* parser) {
                                     parser->charsetManager, parser->traceAdapter);
     }
     parser->regionHandler->validationEnabled = parser->validationEnabled;
+    parser->regionHandler->scanner = parser->delimitedScanner;
+    parser->regionHandler->stringLiteralCache = parser->stringLiteralCache;
+}
+
+void wireScanner(DFDLParserImpl* parser) {
+    DelimitedScannerBytes* scanner = parser->delimitedScanner;
+    scanner->buffer = parser->bufferManager;
+    scanner->charsetManager = parser->charsetManager;
+    scanner->literalCache = parser->stringLiteralCache;
 }
 
 void wireIterator(DFDLParserImpl* parser) {
@@ -76,16 +86,21 @@ void wireIterator(DFDLParserImpl* parser) {
     PIFIteratorForParser* iterator = parser->iterator;
     iterator->messageHeap = parser->messageHeap;
     iterator->traceAdapter = parser->traceAdapter;
+    iterator->delimitedScanner = parser->delimitedScanner;
+    parser->delimitedScanner->iterator = iterator;
+    iterator->eventBuffer = parser->docEventBuffer;
     iterator->parserRegionHandler = parser->regionHandler;
     iterator->userRegionHandler = parser->userRegionHandler;
     parser->regionHandler->pifIterator = iterator;
     iterator->validationEnabled = parser->validationEnabled;
     parser->backtrackingManager->eventBuffer = parser->docEventBuffer;
     parser->backtrackingManager->bufferManager = parser->bufferManager;
+    parser->backtrackingManager->iterator = iterator;
     parser->backtrackingManager->errorEventBuffer = parser->errorEventBuffer;
     if (PIFIteratorForParser_getPIF(iterator) == parser->grammar) return;
     CharsetManager_setPif(parser->charsetManager, parser->grammar);
     ParserRegionHandler_setPIF(parser->regionHandler, parser->grammar);
+    DelimitedScannerBytes_setPIF(parser->delimitedScanner, parser->grammar);
     PIFIteratorForParser_setPIF(iterator, parser->grammar);
 }
 
@@ -111,6 +126,7 @@ int DFDLParserImpl_parseSetup(DFDLParserImpl* this_) {
     if (checked != PARSE_SUCCESS) return checked;
     wireEvents(this_);
     wireRegionHandler(this_);
+    wireScanner(this_);
     wireIterator(this_);
     if (DFDLParserImpl_parseInitialize(this_) != PARSE_SUCCESS) return PARSE_FAILURE;
     this_->hasNextStage = DFDLParserImpl_hasNextNormal;
