@@ -10,8 +10,6 @@
 
 namespace {
 
-constexpr uint32_t STRING_VALUE = 0;  // type code of the value callback
-
 struct Text {
     UChar* chars;
     int32_t length;
@@ -36,18 +34,6 @@ Text trim(const RowPlan& plan, UChar* chars, int32_t length) {
     }
     *end = 0;
     return {start, static_cast<int32_t>(end - start)};
-}
-
-void deliver(DFDLDocHandlerImpl* handler, const PlainText& plan, const Text& text, int64_t startBit,
-             int64_t endBit) {
-    if (handler->startElement != nullptr) {
-        handler->startElement(handler, plan.elementId, plan.name, plan.namespaceId, plan.namespaceUri,
-                              plan.designator, startBit);
-    }
-    if (handler->elementStringValue != nullptr) {
-        handler->elementStringValue(handler, text.chars, text.length, STRING_VALUE);
-    }
-    if (handler->endElement != nullptr) handler->endElement(handler, endBit);
 }
 
 // A byte order mark may stand here.
@@ -76,15 +62,16 @@ bool parsePlainText(PIFIteratorForParser* iterator, const RowPlan* plan) {
     buffer->currentBuffer->position += length;
     buffer->bitPosition += 8 * static_cast<int64_t>(length);
     buffer->charPosition += length;
-    deliver(iterator->eventBuffer->adapter->docHandler, plan->plainText,
-            trim(*plan, iterator->plainText, length), startBit, buffer->bitPosition);
+    const Text text = trim(*plan, iterator->plainText, length);
+    DocHandlerEventBuffer_plainText(iterator->eventBuffer, &plan->plainText, text.chars, text.length,
+                                    startBit, buffer->bitPosition);
     return true;
 }
 
 }  // namespace
 
 void PIFIteratorForParser_runPlainTexts(PIFIteratorForParser* this_, ContextItemForParser* group) {
-    if (this_->hiddenDepth != 0 || !DocHandlerEventBuffer_isDirect(this_->eventBuffer)) return;
+    if (this_->hiddenDepth != 0 || this_->eventBuffer->adapter == nullptr) return;
     const GroupMemberTableRow* first = PIFIteratorForParser_nextCandidate(this_, group);
     const GroupMemberTableRow* row = first;
     while (row != nullptr) {

@@ -5,6 +5,8 @@
 
 #include <cstdint>
 
+#include "dfdl/processor/plaintext.h"
+
 struct DFDLHeapAdapter;
 struct GroupMemberTableRow;
 struct UnorderedMembers;
@@ -17,15 +19,6 @@ enum TrimKind : uint8_t { TRIM_NONE, TRIM_CHARACTER, TRIM_BYTE };
 // the hot loop looks at a few adjacent words instead of half a dozen property rows.
 // Units of the longest text that the short road takes.
 inline constexpr int32_t MOST_PLAIN_TEXT = 1000;
-
-// What the short road needs of a plain text, in one place. The characters are the grammar's.
-struct PlainText {
-    const UChar* name;
-    const UChar* namespaceUri;
-    const UChar* designator;
-    int32_t elementId;
-    int32_t namespaceId;
-};
 
 struct RowPlan {
     const char* unsupported;  // what of the member this parser cannot do; null: all well

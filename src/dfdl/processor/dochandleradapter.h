@@ -7,6 +7,7 @@
 #include "dfdl/processor/dfdldochandler.h"
 #include "dfdl/processor/dfdlerrorhandler.h"
 #include "dfdl/processor/dfdlregionhandler.h"
+#include "dfdl/processor/plaintext.h"
 
 struct DFDLValue;
 
@@ -53,6 +54,19 @@ inline void DocHandlerAdapter_endElement(DocHandlerAdapter* this_, int64_t endBi
 inline void DocHandlerAdapter_elementNilValue(DocHandlerAdapter* this_) {
     DFDLDocHandlerImpl* handler = this_->docHandler;
     if (handler->elementNilValue != nullptr) handler->elementNilValue(handler);
+}
+// Start, value and end of a simple text element. The characters end with a zero.
+inline void DocHandlerAdapter_plainText(DocHandlerAdapter* this_, const PlainText* plan, const UChar* chars,
+                                        int32_t length, int64_t startBit, int64_t endBit) {
+    constexpr uint32_t STRING_VALUE = 0;  // type code of the value callback
+    DFDLDocHandlerImpl* handler = this_->docHandler;
+    if (handler->startElement != nullptr) {
+        handler->startElement(handler, plan->elementId, plan->name, plan->namespaceId, plan->namespaceUri,
+                              plan->designator, startBit);
+    }
+    if (handler->elementStringValue != nullptr)
+        handler->elementStringValue(handler, chars, length, STRING_VALUE);
+    if (handler->endElement != nullptr) handler->endElement(handler, endBit);
 }
 // Consumes the value: it goes back to its pool, whether anybody wanted it or not.
 void DocHandlerAdapter_elementValue(DocHandlerAdapter* this_, DFDLValue* value);

@@ -1,5 +1,6 @@
 #include "dfdl/processor/dochandlereventbuffer.h"
 
+#include <algorithm>
 #include <utility>
 
 #include "dfdl/foundation/arraylist.h"
@@ -38,16 +39,29 @@ CachedEvent* append(Buffer* buffer) {
     return event;
 }
 
+// The store only grows.
+void makeRoomForText(Buffer* buffer, int64_t units) {
+    constexpr int64_t LEAST = 1024;
+    if (units <= buffer->textCapacity - buffer->textUnits) return;
+    const int64_t capacity = LEAST + 2 * (buffer->textUnits + units);
+    auto* texts = DFDLHeapAdapter_newArray<UChar>(buffer->heap, static_cast<size_t>(capacity));
+    std::copy_n(buffer->texts, buffer->textUnits, texts);
+    if (buffer->texts != nullptr) DFDLHeapAdapter_arrayDeallocate(buffer->heap, buffer->texts);
+    buffer->texts = texts;
+    buffer->textCapacity = capacity;
+}
+
 CachedEvent eventOf(CachedEventKind kind, const DFDLUString* designator, int64_t first, int64_t second) {
-    return {nullptr, 0, nullptr, 0, nullptr, designator, nullptr, nullptr, kind, first, second};
+    return {nullptr, 0,    nullptr, 0,      nullptr, designator, nullptr,
+            nullptr, kind, first,   second, nullptr, 0,          0};
 }
 
 // For the start of an element, in the document or in the representation.
 CachedEvent namedEventOf(CachedEventKind kind, int32_t elementId, const DFDLUString* name,
                          int32_t namespaceId, const DFDLUString* namespaceUri, const DFDLUString* designator,
                          int64_t first) {
-    return {nullptr, elementId, name, namespaceId, namespaceUri, designator, nullptr, nullptr,
-            kind,    first,     0};
+    return {nullptr, elementId, name,  namespaceId, namespaceUri, designator, nullptr,
+            nullptr, kind,      first, 0,           nullptr,      0,          0};
 }
 
 void deliverRegion(DocHandlerAdapter* adapter, const CachedEvent& event) {
@@ -83,6 +97,11 @@ void deliverToRegionHandler(DocHandlerAdapter* adapter, const CachedEvent& event
     if (adapter == nullptr || adapter->regionHandler == nullptr) return;
     if (event.kind >= EVENT_LEADING_ALIGNMENT) return deliverRegion(adapter, event);
     deliverBoundary(adapter, event, encoding);
+}
+
+void deliverPlainText(const Buffer* buffer, const CachedEvent& event) {
+    DocHandlerAdapter_plainText(buffer->adapter, event.plainText, buffer->texts + event.textStart,
+                                event.textLength, event.first, event.second);
 }
 
 void deliverError(DocHandlerAdapter* adapter, ProcessingError* error) {
@@ -124,7 +143,9 @@ void handOn(Buffer* next, CachedEvent* event) {
 
 // One event out of a buffer that need not hold it any more.
 void pass(Buffer* buffer, CachedEvent* event) {
-    if (buffer->adapter != nullptr) {
+    if (event->kind == EVENT_PLAIN_TEXT) {
+        deliverPlainText(buffer, *event);
+    } else if (buffer->adapter != nullptr) {
         deliver(buffer->adapter, event);
     } else if (buffer->chainedBuffer != nullptr) {
         handOn(buffer->chainedBuffer, event);
@@ -203,6 +224,7 @@ void delete_DocHandlerEventBuffer(DocHandlerEventBuffer* this_) {
     if (this_ == nullptr) return;
     DocHandlerEventBuffer_discardEventsAfterIndex(this_, 0);
     delete_ArrayList(this_->events);
+    if (this_->texts != nullptr) DFDLHeapAdapter_arrayDeallocate(this_->heap, this_->texts);
     DFDLHeapAdapter_objectDeallocate(this_->heap, this_);
 }
 
@@ -232,8 +254,25 @@ void DocHandlerEventBuffer_defer(DocHandlerEventBuffer* this_, CachedEventKind k
                                  int64_t position) {
     Value owned(value);
     enter(this_, [&owned, kind, position]() -> CachedEvent {
-        return {nullptr, 0, nullptr, 0, nullptr, nullptr, owned.release(), nullptr, kind, position, 0};
+        return {nullptr, 0,    nullptr,  0, nullptr, nullptr, owned.release(),
+                nullptr, kind, position, 0, nullptr, 0,       0};
     });
+}
+
+void DocHandlerEventBuffer_holdPlainText(DocHandlerEventBuffer* this_, const PlainText* plan,
+                                         const UChar* chars, int32_t length, int64_t startBit,
+                                         int64_t endBit) {
+    makeRoomForText(this_, static_cast<int64_t>(length) + 1);
+    CachedEvent* event = append(this_);
+    event->kind = EVENT_PLAIN_TEXT;
+    event->plainText = plan;
+    event->first = startBit;
+    event->second = endBit;
+    event->textStart = this_->textUnits;
+    event->textLength = length;
+    std::copy_n(chars, length, this_->texts + this_->textUnits);
+    this_->texts[this_->textUnits + length] = 0;
+    this_->textUnits += length + 1;
 }
 
 void DocHandlerEventBuffer_recoverableError(DocHandlerEventBuffer* this_, const ProcessingError* record) {
@@ -242,7 +281,7 @@ void DocHandlerEventBuffer_recoverableError(DocHandlerEventBuffer* this_, const 
     Error owned(ProcessingError_clone(record, this_->heap));
     enter(this_, [&owned]() -> CachedEvent {
         return {nullptr, 0, nullptr, 0, nullptr, nullptr, nullptr, owned.release(), EVENT_RECOVERABLE_ERROR,
-                0,       0};
+                0,       0, nullptr, 0, 0};
     });
 }
 
@@ -308,7 +347,9 @@ void DocHandlerEventBuffer_flush(DocHandlerEventBuffer* this_) {
 
 void DocHandlerEventBuffer_discardEventsAfterIndex(DocHandlerEventBuffer* this_, int32_t index) {
     while (this_->events->count > index) {
-        CachedEventPooler_release(pools(this_), ArrayList_popPointer<CachedEvent>(this_->events));
+        auto* event = ArrayList_popPointer<CachedEvent>(this_->events);
+        if (event->kind == EVENT_PLAIN_TEXT) this_->textUnits = event->textStart;
+        CachedEventPooler_release(pools(this_), event);
     }
 }
 

@@ -23,6 +23,9 @@ struct DocHandlerEventBuffer {
     int32_t holdLevel;                     // open checkpoints
     DocHandlerAdapter* adapter;            // root only
     DocHandlerEventBuffer* chainedBuffer;  // proxy only
+    UChar* texts;                          // of held plain texts, one behind the other, each with a zero
+    int64_t textUnits;
+    int64_t textCapacity;
 };
 
 DocHandlerEventBuffer* new_DocHandlerEventBuffer(DFDLHeapAdapter* heap);
@@ -72,6 +75,20 @@ inline void DocHandlerEventBuffer_elementValue(DocHandlerEventBuffer* this_, DFD
         DocHandlerAdapter_elementValue(this_->adapter, value);
     } else {
         DocHandlerEventBuffer_defer(this_, EVENT_VALUE, value, 0);
+    }
+}
+// A simple text element at once, for the short roads. Root buffers only; the plan outlives the document, the
+// characters, which end with a zero, are copied if the event has to wait.
+void DocHandlerEventBuffer_holdPlainText(DocHandlerEventBuffer* this_, const PlainText* plan,
+                                         const UChar* chars, int32_t length, int64_t startBit,
+                                         int64_t endBit);
+inline void DocHandlerEventBuffer_plainText(DocHandlerEventBuffer* this_, const PlainText* plan,
+                                            const UChar* chars, int32_t length, int64_t startBit,
+                                            int64_t endBit) {
+    if (this_->holdLevel < 1) {
+        DocHandlerAdapter_plainText(this_->adapter, plan, chars, length, startBit, endBit);
+    } else {
+        DocHandlerEventBuffer_holdPlainText(this_, plan, chars, length, startBit, endBit);
     }
 }
 inline void DocHandlerEventBuffer_elementNilValue(DocHandlerEventBuffer* this_) {

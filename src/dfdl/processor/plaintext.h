@@ -1,0 +1,18 @@
+#ifndef DFDL_PROCESSOR_PLAINTEXT_H
+#define DFDL_PROCESSOR_PLAINTEXT_H
+
+#include <unicode/utypes.h>
+
+#include <cstdint>
+
+// What the events of a simple text element need of the grammar, in one place. The characters are the
+// grammar's.
+struct PlainText {
+    const UChar* name;
+    const UChar* namespaceUri;
+    const UChar* designator;
+    int32_t elementId;
+    int32_t namespaceId;
+};
+
+#endif
