@@ -309,7 +309,7 @@ const Case NILS[] = {
     {"a logical nil is a value",
      [](GrammarHandle r) {
          auto group = infix(r);
-         for (const char* name : {"a", "b"}) field(group, name).nilLogical("none");
+         for (const char* name : {"a", "b"}) field(group, name).nilLogical({"none"});
      },
      "none,nones",
      {"a=nil", "b=nones"}},

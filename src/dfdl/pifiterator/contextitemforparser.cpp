@@ -32,9 +32,19 @@ void complexClose(ContextItemForParser* item) {
     PIFIteratorForParser_ComplexElement_close(item->iterator, item);
 }
 
+void runAhead(ContextItemForParser* group) {
+    switch (group->plan->separatorPosition) {
+        case POSITION_NONE:
+            return PIFIteratorForParser_runPlainTexts(group->iterator, group);
+        case INFIX:
+            return PIFIteratorForParser_runPlainFields(group->iterator, group);
+        default:
+            return;
+    }
+}
+
 void sequenceBeforeMember(ContextItemForParser* item) {
-    if (item->iterator->runsAhead != 0 && item->plan->separatorPosition == POSITION_NONE)
-        PIFIteratorForParser_runPlainTexts(item->iterator, item);
+    if (item->iterator->runsAhead != 0) runAhead(item);
     PIFIteratorForParser_group_selectNextSequenceMember(item->iterator, item);
     if (item->state == STEP_CLOSE || ProcessingError_isSet(item->context->currentError)) return;
     PIFIteratorForParser_group_beforeGroupMember(item->iterator, item);

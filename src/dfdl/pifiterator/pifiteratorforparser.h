@@ -181,6 +181,8 @@ const GroupMemberTableRow* PIFIteratorForParser_nextCandidate(PIFIteratorForPars
 // The short road: parses the members that come next as long as they are plain texts that lie in the current
 // buffer and need no converter. What it leaves, the general road takes up. Both deliver the same.
 void PIFIteratorForParser_runPlainTexts(PIFIteratorForParser* this_, ContextItemForParser* group);
+// The same for delimited texts with infix separators between them.
+void PIFIteratorForParser_runPlainFields(PIFIteratorForParser* this_, ContextItemForParser* group);
 
 // Representation.
 bool PIFIteratorForParser_processSimpleElementRepresentation(PIFIteratorForParser* this_,

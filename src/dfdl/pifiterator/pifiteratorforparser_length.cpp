@@ -5,6 +5,7 @@
 #include "dfdl/foundation/processingerror.h"
 #include "dfdl/foundation/tracehandleradapter.h"
 #include "dfdl/foundation/xsvalue.h"
+#include "dfdl/framework/compiledmarkupset.h"
 #include "dfdl/framework/delimitedscannerbytes.h"
 #include "dfdl/parsers/parserregionhandler.h"
 #include "dfdl/pif/elementtable.h"
@@ -90,8 +91,10 @@ void raiseMissingInitiator(PIFIteratorForParser* iterator, ContextItemForParser*
 // The bytes up to the next delimiter in scope, which stays the scanned one; -1 with an error.
 int64_t scanForLength(PIFIteratorForParser* iterator, ContextItemForParser* item) {
     DelimitedScannerBytes* scanner = iterator->delimitedScanner;
-    DelimitedScannerBytes_setMarkupSet(scanner, item->markupSetId, item);
+    const CompiledMarkupSet* set = DelimitedScannerBytes_setMarkupSet(scanner, item->markupSetId, item);
     if (PIFIteratorForParser_hasFailed(iterator)) return -1;
+    item->plan->compiledSet = set != nullptr && !set->isVolatile ? set : nullptr;
+    item->plan->compiledSetId = item->markupSetId;
     return DelimitedScannerBytes_scanForMarkup(scanner, false, item->row->iTextEncodingIndex, true,
                                                item->row);
 }

@@ -1,3 +1,5 @@
+#include "dfdl/pifiterator/plaintextrun.h"
+
 #include <algorithm>
 
 #include "dfdl/buffer/buffermanager.h"
@@ -41,34 +43,53 @@ bool mayHaveMark(const BufferManager* buffer, DFDLCharset* charset) {
     return buffer->bomChecked == 0 && DFDLCharset_canHaveBOM(charset);
 }
 
-// Makes the text's encoding the buffer's current one, as the general road does: groups without an encoding of
-// their own count characters in the one that was used last. Null if it cannot be had.
-DFDLCharset* useEncoding(BufferManager* buffer, const RowPlan& plan) {
-    if (buffer->currentEncodingIndex == plan.encodingIndex) return buffer->currentCharset;
-    const bool set = BufferManager_initializeEncoderDecoders(buffer, plan.encodingIndex, nullptr);
-    return set && buffer->currentEncodingIndex == plan.encodingIndex ? buffer->currentCharset : nullptr;
-}
-
 // False, with nothing moved, if the text needs the general road.
 bool parsePlainText(PIFIteratorForParser* iterator, const RowPlan* plan) {
     BufferManager* buffer = iterator->bufferManager;
-    const auto length = static_cast<int32_t>(plan->length);
+    const int64_t length = plan->length;
     const uint8_t* bytes = BufferManager_peekBytes(buffer, length);
     if (bytes == nullptr || !isOpenGround(buffer, length)) return false;
-    DFDLCharset* charset = useEncoding(buffer, *plan);
-    if (charset == nullptr || mayHaveMark(buffer, charset)) return false;
-    if (!DFDLCharset_decodeDirectly(charset, bytes, length, iterator->plainText)) return false;
-    const int64_t startBit = buffer->bitPosition;
+    DFDLCharset* charset = PlainTextRun_useEncoding(buffer, *plan);
+    if (charset == nullptr ||
+        !PlainTextRun_deliver(iterator, *plan, charset, bytes, length, buffer->bitPosition)) {
+        return false;
+    }
     buffer->currentBuffer->position += length;
-    buffer->bitPosition += 8 * static_cast<int64_t>(length);
+    buffer->bitPosition += 8 * length;
     buffer->charPosition += length;
-    const Text text = trim(*plan, iterator->plainText, length);
-    DocHandlerEventBuffer_plainText(iterator->eventBuffer, &plan->plainText, text.chars, text.length,
-                                    startBit, buffer->bitPosition);
     return true;
 }
 
 }  // namespace
+
+DFDLCharset* PlainTextRun_useEncoding(BufferManager* buffer, const RowPlan& plan) {
+    if (buffer->currentEncodingIndex != plan.encodingIndex &&
+        (!BufferManager_initializeEncoderDecoders(buffer, plan.encodingIndex, nullptr) ||
+         buffer->currentEncodingIndex != plan.encodingIndex)) {
+        return nullptr;
+    }
+    return mayHaveMark(buffer, buffer->currentCharset) ? nullptr : buffer->currentCharset;
+}
+
+bool PlainTextRun_deliver(PIFIteratorForParser* iterator, const RowPlan& plan, DFDLCharset* charset,
+                          const uint8_t* bytes, int64_t length, int64_t startBit) {
+    if (length > MOST_PLAIN_TEXT || !DFDLCharset_decodeDirectly(charset, bytes, length, iterator->plainText))
+        return false;
+    const Text text = trim(plan, iterator->plainText, static_cast<int32_t>(length));
+    DocHandlerEventBuffer_plainText(iterator->eventBuffer, &plan.plainText, text.chars, text.length, startBit,
+                                    startBit + 8 * length);
+    return true;
+}
+
+void PlainTextRun_resumeAt(PIFIteratorForParser* iterator, ContextItemForParser* group,
+                           const GroupMemberTableRow* row, bool moved) {
+    // What a converter that cannot be opened has left is raised again, in its own words, by the general road.
+    ProcessingError_reset(iterator->context->currentError);
+    // The question for the next member changes what it looks at, so its answer is kept.
+    group->resumeRow = row;
+    group->hasResumeRow = 1;
+    if (moved) ContextItemForParser_setOrderedChild(group, nullptr);
+}
 
 void PIFIteratorForParser_runPlainTexts(PIFIteratorForParser* this_, ContextItemForParser* group) {
     if (this_->hiddenDepth != 0 || this_->eventBuffer->adapter == nullptr) return;
@@ -79,10 +100,5 @@ void PIFIteratorForParser_runPlainTexts(PIFIteratorForParser* this_, ContextItem
         if (plan->isPlainText == 0 || !parsePlainText(this_, plan)) break;
         row = row->nextSibling;
     }
-    // What a converter that cannot be opened has left is raised again, in its own words, by the general road.
-    ProcessingError_reset(this_->context->currentError);
-    // The question for the next member changes what it looks at, so its answer is kept.
-    group->resumeRow = row;
-    group->hasResumeRow = 1;
-    if (row != first) ContextItemForParser_setOrderedChild(group, nullptr);
+    PlainTextRun_resumeAt(this_, group, row, row != first);
 }

@@ -151,19 +151,28 @@ void planTrim(RowPlan* plan, const GroupMemberTableRow& row) {
     }
 }
 
-// One unaligned text whose bytes or characters are counted by a constant. Bytes implied by the type are left
-// out, since they need a test of the encoding.
+// A text without any frame, whose decoded characters are the value but for padding of one unit.
+bool isUnframedText(const RowPlan& plan, const GroupMemberTableRow& row) {
+    constexpr uint32_t FRAME = GM_LEADING_ALIGNMENT | GM_TRAILING_ALIGNMENT | GM_INITIATOR | GM_TERMINATOR;
+    return plan.unsupported == nullptr && plan.kind == ITEM_SIMPLE_ELEMENT && (row.flags & FRAME) == 0 &&
+           row.iPhysicalType == TEXT_STRING && plan.nilKind == NK_NONE && plan.trim != TRIM_BYTE &&
+           plan.padCharacter[1] == 0;
+}
+
+// One text whose bytes or characters are counted by a constant. Bytes implied by the type are left out, since
+// they need a test of the encoding.
 bool isPlainText(const RowPlan& plan, const GroupMemberTableRow& row) {
-    if (plan.unsupported != nullptr || plan.kind != ITEM_SIMPLE_ELEMENT) return false;
     const bool once = row.effectiveMinOccurs == 1 && row.effectiveMaxOccurs == 1;
-    const bool framed =
-        (row.flags & (GM_LEADING_ALIGNMENT | GM_TRAILING_ALIGNMENT | GM_INITIATOR | GM_TERMINATOR)) != 0 ||
-        plan.nilKind != NK_NONE || (row.flags & GM_ESCAPE_SCHEME) != 0 || row.iPhysicalType != TEXT_STRING;
     const bool counted =
         (plan.lengthKind == EXPLICIT && plan.units == BYTES) ||
         ((plan.lengthKind == EXPLICIT || plan.lengthKind == IMPLICIT) && plan.units == CHARACTERS);
-    return once && !framed && counted && plan.length >= 1 && plan.length <= MOST_PLAIN_TEXT &&
-           plan.trim != TRIM_BYTE && plan.padCharacter[1] == 0;
+    return isUnframedText(plan, row) && (row.flags & GM_ESCAPE_SCHEME) == 0 && once && counted &&
+           plan.length >= 1 && plan.length <= MOST_PLAIN_TEXT;
+}
+
+bool isPlainField(const RowPlan& plan, const GroupMemberTableRow& row) {
+    return isUnframedText(plan, row) && plan.lengthKind == DELIMITED && plan.units != BITS &&
+           row.max_occurs == 1 && row.effectiveMaxOccurs == 1 && row.effectiveMinOccurs == row.min_occurs;
 }
 
 const UChar* charsOf(const DFDLUString* string) { return string == nullptr ? u"" : string->chars; }
@@ -194,7 +203,9 @@ RowPlan planRow(const GroupMemberTableRow& row) {
     plan.memoParentSetId = NO_MEMO;
     plan.nilKind = row.nilRow == nullptr ? NK_NONE : row.nilRow->iNilKind;
     plan.isPlainText = isPlainText(plan, row);
-    if (plan.isPlainText != 0) plan.plainText = planPlainText(row);
+    plan.isPlainField = isPlainField(plan, row);
+    plan.isOptional = row.effectiveMinOccurs == 0;
+    if (plan.isPlainText != 0 || plan.isPlainField != 0) plan.plainText = planPlainText(row);
     return plan;
 }
 

@@ -8,6 +8,7 @@
 #include "dfdl/processor/plaintext.h"
 
 struct DFDLHeapAdapter;
+struct CompiledMarkupSet;
 struct GroupMemberTableRow;
 struct UnorderedMembers;
 struct sPIF;
@@ -27,6 +28,8 @@ struct RowPlan {
     int32_t encodingIndex;
     int32_t lengthKind;
     uint8_t isPlainText;     // one occurrence of a text that the short road may take
+    uint8_t isPlainField;    // at most one occurrence of a delimited text that the short road may take
+    uint8_t isOptional;      // of a plain field: it may be empty
     uint8_t needsAlignment;  // an alignment row that has something to do
     TrimKind trim;
     uint8_t trimLeading;
@@ -40,8 +43,11 @@ struct RowPlan {
     // The last answer to which markup set the member is in below a parent's set, which seldom changes.
     int32_t memoParentSetId;
     int32_t memoMarkupSetId;
+    // The compiled set that the last scan of the member used, if it holds for all documents.
+    const CompiledMarkupSet* compiledSet;
+    int32_t compiledSetId;
     UnorderedMembers* spareMembers;  // of closed unordered groups
-    PlainText plainText;             // where isPlainText is set
+    PlainText plainText;             // where isPlainText or isPlainField is set
 };
 
 RowPlan* new_RowPlans(DFDLHeapAdapter* heap, const sPIF* pif, int32_t* count);  // one per group member row

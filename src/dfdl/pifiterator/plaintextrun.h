@@ -1,0 +1,31 @@
+#ifndef DFDL_PIFITERATOR_PLAINTEXTRUN_H
+#define DFDL_PIFITERATOR_PLAINTEXTRUN_H
+
+#include <unicode/utypes.h>
+
+#include <cstdint>
+
+struct BufferManager;
+struct ContextItemForParser;
+struct DFDLCharset;
+struct GroupMemberTableRow;
+struct PIFIteratorForParser;
+struct RowPlan;
+
+// What the short roads share.
+
+// Makes the text's encoding the buffer's current one, as the general road does: groups without an encoding of
+// their own count characters in the one that was used last. Null if it cannot be had, or if a byte order mark
+// may still stand here.
+DFDLCharset* PlainTextRun_useEncoding(BufferManager* buffer, const RowPlan& plan);
+
+// Decodes and trims so many bytes and delivers the element. False, with nothing done, if they need a
+// converter or are more than the short roads take.
+bool PlainTextRun_deliver(PIFIteratorForParser* iterator, const RowPlan& plan, DFDLCharset* charset,
+                          const uint8_t* bytes, int64_t length, int64_t startBit);
+
+// Leaves the walk before a member. `moved`: the short road has taken others before it.
+void PlainTextRun_resumeAt(PIFIteratorForParser* iterator, ContextItemForParser* group,
+                           const GroupMemberTableRow* row, bool moved);
+
+#endif
