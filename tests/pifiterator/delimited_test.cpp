@@ -241,7 +241,7 @@ const Case INITIATORS[] = {
      },
      "A:\xFFzz",
      {},
-     "CTDP3000E"},
+     "CTDP3011E"},
     {"an initiator alone is an empty element under every policy",
      [](GrammarHandle r) {
          field(r, "a").initiator("A:").terminator(";").emptyValueDelimiterPolicy(Enums::DP_NONE);

@@ -211,14 +211,8 @@ TEST(FixedText, TellsWhatIsWrong) {
 }
 
 const std::pair<const char*, Describe> UNSUPPORTED[] = {
-    {"initiator", [](GrammarHandle r) { r.text("a").bytes(1).initiator("["); }},
-    {"terminator", [](GrammarHandle r) { r.text("a").bytes(1).terminator("]"); }},
-    {"separator", [](GrammarHandle r) { r.sequence().separator(",").text("a").bytes(1); }},
-    {"delimited", [](GrammarHandle r) { r.text("a").delimited(); }},
     {"pattern", [](GrammarHandle r) { r.text("a").pattern("a+"); }},
-    {"end of the parent", [](GrammarHandle r) { r.text("a").endOfParent(); }},
     {"choice", [](GrammarHandle r) { r.choice().text("a").bytes(1); }},
-    {"nil", [](GrammarHandle r) { r.text("a").bytes(1).nilLiteral("-"); }},
     {"text number",
      [](GrammarHandle r) { r.text("a").bytes(1).row().set_iphysicaltype(PIF::MPIFEnums::TEXT_NUMBER); }},
 };
