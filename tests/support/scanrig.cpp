@@ -12,6 +12,8 @@ ScanRig::ScanRig(const char* encoding, const DFDLHeapImpl* heap)
     scanner->charsetManager = rig.charsets;
     scanner->literalCache = cache;
     scanner->iterator = &iterator;
+    iterator.delimitedScanner = scanner;
+    iterator.bufferManager = rig.buffer;
 }
 
 ScanRig::~ScanRig() {

@@ -62,9 +62,6 @@ bool ParserRegionHandler_checkForMarkup(ParserRegionHandler* this_, int32_t mark
 DFDLValue* ParserRegionHandler_handleSimpleContent_TextString(ParserRegionHandler* this_,
                                                               const GroupMemberTableRow* row,
                                                               DFDLUString* text);
-DFDLValue* ParserRegionHandler_handleSimpleContent_TextBoolean(ParserRegionHandler* this_,
-                                                               const GroupMemberTableRow* row,
-                                                               DFDLUString* text);
 // False if the value cannot be judged, with the error in the context.
 bool ParserRegionHandler_validateFacets(ParserRegionHandler* this_, const DFDLValue* value,
                                         const GroupMemberTableRow* row);

@@ -41,8 +41,9 @@ int32_t itemKind(const GroupMemberTableRow& row) {
 const char* unsupportedContent(int32_t physicalType) {
     switch (physicalType) {
         case TEXT_STRING:
-        case TEXT_BOOLEAN:
             return nullptr;
+        case TEXT_BOOLEAN:
+            return "a text boolean";
         case TEXT_NUMBER:
             return "a text number";
         case BINARY_NUMBER:
