@@ -30,7 +30,7 @@ class RandomMessage {
         record.occurs(below(2), -1);
         below(2) == 0 ? record.occursImplicit() : record.occursParsed();
         const std::string template_ = group(record, 0);
-        for (int records = below(5); records >= 0; --records) {
+        for (int records = below(12); records >= 0; --records) {
             data_ += expand(template_) + end;
         }
         if (below(6) == 0) data_.resize(static_cast<size_t>(below(static_cast<int>(data_.size()) + 1)));
@@ -65,7 +65,7 @@ class RandomMessage {
         if (below(4) == 0) text.trimBoth("%SP;");
         if (below(5) == 0) text.escapeBlock("\"", "\"", below(2) == 0 ? "\"" : "");
         if (below(7) == 0) text.escapeCharacter("?", below(2) == 0 ? "?" : "");
-        if (below(8) == 0) text.nilLiteral("x %ES;");
+        if (below(8) == 0) text.nilLiteral(below(2) == 0 ? "x %ES;" : "%ES;");
         if (below(3) != 0) text.occurs(0, 1).occursImplicit();
     }
 

@@ -57,6 +57,18 @@ const CompiledMarkupSet* markupSetOf(const Run& run, const RowPlan& plan) {
     return known ? plan.compiledSet : nullptr;
 }
 
+// False, with nothing done, if the field needs the general road.
+bool deliver(const Run& run, const RowPlan& plan, const uint8_t* bytes, int64_t length, int64_t startBit) {
+    if (length == 0) {
+        if (plan.emptyField == EMPTY_IS_NIL)
+            DocHandlerEventBuffer_plainText(run.iterator->eventBuffer, &plan.plainText, nullptr, NIL_TEXT,
+                                            startBit, startBit);
+        return plan.emptyField != EMPTY_IS_GENERAL;
+    }
+    DFDLCharset* charset = PlainTextRun_useEncoding(run.iterator->bufferManager, plan);
+    return charset != nullptr && PlainTextRun_deliver(run.iterator, plan, charset, bytes, length, startBit);
+}
+
 // Takes one field. False, with nothing moved, if it needs the general road.
 bool takeField(Run* run, const RowPlan& plan) {
     const CompiledMarkupSet* set = markupSetOf(*run, plan);
@@ -66,15 +78,7 @@ bool takeField(Run* run, const RowPlan& plan) {
     const uint8_t* end = findDelimiter(set, start, run->end, &delimiter);
     if (end == nullptr) return false;
     const int64_t startByte = run->positionByte + run->separatorLength;
-    if (end == start) {
-        if (plan.isOptional == 0) return false;
-    } else {
-        DFDLCharset* charset = PlainTextRun_useEncoding(run->iterator->bufferManager, plan);
-        if (charset == nullptr ||
-            !PlainTextRun_deliver(run->iterator, plan, charset, start, end - start, 8 * startByte)) {
-            return false;
-        }
-    }
+    if (!deliver(*run, plan, start, end - start, 8 * startByte)) return false;
     run->positionByte = startByte + (end - start);
     run->position = end;
     run->delimiter = delimiter;

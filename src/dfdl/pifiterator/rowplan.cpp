@@ -156,8 +156,7 @@ void planTrim(RowPlan* plan, const GroupMemberTableRow& row) {
 bool isUnframedText(const RowPlan& plan, const GroupMemberTableRow& row) {
     constexpr uint32_t FRAME = GM_LEADING_ALIGNMENT | GM_TRAILING_ALIGNMENT | GM_INITIATOR | GM_TERMINATOR;
     return plan.unsupported == nullptr && plan.kind == ITEM_SIMPLE_ELEMENT && (row.flags & FRAME) == 0 &&
-           row.iPhysicalType == TEXT_STRING && plan.nilKind == NK_NONE && plan.trim != TRIM_BYTE &&
-           plan.padCharacter[1] == 0;
+           row.iPhysicalType == TEXT_STRING && plan.trim != TRIM_BYTE && plan.padCharacter[1] == 0;
 }
 
 // One text whose bytes or characters are counted by a constant. Bytes implied by the type are left out, since
@@ -167,13 +166,22 @@ bool isPlainText(const RowPlan& plan, const GroupMemberTableRow& row) {
     const bool counted =
         (plan.lengthKind == EXPLICIT && plan.units == BYTES) ||
         ((plan.lengthKind == EXPLICIT || plan.lengthKind == IMPLICIT) && plan.units == CHARACTERS);
-    return isUnframedText(plan, row) && (row.flags & GM_ESCAPE_SCHEME) == 0 && once && counted &&
-           plan.length >= 1 && plan.length <= MOST_PLAIN_TEXT;
+    return isUnframedText(plan, row) && plan.nilKind == NK_NONE && (row.flags & GM_ESCAPE_SCHEME) == 0 &&
+           once && counted && plan.length >= 1 && plan.length <= MOST_PLAIN_TEXT;
+}
+
+// No characters are nil, and nothing else is. With padding to trim, more would be.
+bool isNilIfEmpty(const RowPlan& plan, const GroupMemberTableRow& row) {
+    if (plan.nilKind != NK_LITERAL_VALUE || plan.trim != TRIM_NONE) return false;
+    const DFDLUString* literals = StringLiteralTable_getStringLiteralForRowIndex(
+        row.pif->stringLiteralTable, row.nilRow->iNilLiteralIndex);
+    return literals != nullptr && DFDLUString_view(literals) == u"%ES;";
 }
 
 bool isPlainField(const RowPlan& plan, const GroupMemberTableRow& row) {
-    return isUnframedText(plan, row) && plan.lengthKind == DELIMITED && plan.units != BITS &&
-           row.max_occurs == 1 && row.effectiveMaxOccurs == 1 && row.effectiveMinOccurs == row.min_occurs;
+    return isUnframedText(plan, row) && (plan.nilKind == NK_NONE || isNilIfEmpty(plan, row)) &&
+           plan.lengthKind == DELIMITED && plan.units != BITS && row.max_occurs == 1 &&
+           row.effectiveMaxOccurs == 1 && row.effectiveMinOccurs == row.min_occurs;
 }
 
 const UChar* charsOf(const DFDLUString* string) { return string == nullptr ? u"" : string->chars; }
@@ -205,7 +213,9 @@ RowPlan planRow(const GroupMemberTableRow& row) {
     plan.nilKind = row.nilRow == nullptr ? NK_NONE : row.nilRow->iNilKind;
     plan.isPlainText = isPlainText(plan, row);
     plan.isPlainField = isPlainField(plan, row);
-    plan.isOptional = row.effectiveMinOccurs == 0;
+    plan.emptyField = isNilIfEmpty(plan, row)       ? EMPTY_IS_NIL
+                      : row.effectiveMinOccurs == 0 ? EMPTY_IS_ABSENT
+                                                    : EMPTY_IS_GENERAL;
     if (plan.isPlainText != 0 || plan.isPlainField != 0) plan.plainText = planPlainText(row);
     return plan;
 }

@@ -21,6 +21,9 @@ enum TrimKind : uint8_t { TRIM_NONE, TRIM_CHARACTER, TRIM_BYTE };
 // Units of the longest text that the short road takes.
 inline constexpr int32_t MOST_PLAIN_TEXT = 1000;
 
+// What a plain field without characters is.
+enum EmptyField : uint8_t { EMPTY_IS_GENERAL, EMPTY_IS_ABSENT, EMPTY_IS_NIL };
+
 struct RowPlan {
     const char* unsupported;  // what of the member this parser cannot do; null: all well
     int64_t length;           // constant length in `units`
@@ -29,7 +32,7 @@ struct RowPlan {
     int32_t lengthKind;
     uint8_t isPlainText;     // one occurrence of a text that the short road may take
     uint8_t isPlainField;    // at most one occurrence of a delimited text that the short road may take
-    uint8_t isOptional;      // of a plain field: it may be empty
+    EmptyField emptyField;   // of a plain field
     uint8_t needsAlignment;  // an alignment row that has something to do
     TrimKind trim;
     uint8_t trimLeading;

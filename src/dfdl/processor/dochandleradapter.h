@@ -55,7 +55,7 @@ inline void DocHandlerAdapter_elementNilValue(DocHandlerAdapter* this_) {
     DFDLDocHandlerImpl* handler = this_->docHandler;
     if (handler->elementNilValue != nullptr) handler->elementNilValue(handler);
 }
-// Start, value and end of a simple text element. The characters end with a zero.
+// Start, value or nil, and end of a simple text element. The characters end with a zero.
 inline void DocHandlerAdapter_plainText(DocHandlerAdapter* this_, const PlainText* plan, const UChar* chars,
                                         int32_t length, int64_t startBit, int64_t endBit) {
     constexpr uint32_t STRING_VALUE = 0;  // type code of the value callback
@@ -64,8 +64,11 @@ inline void DocHandlerAdapter_plainText(DocHandlerAdapter* this_, const PlainTex
         handler->startElement(handler, plan->elementId, plan->name, plan->namespaceId, plan->namespaceUri,
                               plan->designator, startBit);
     }
-    if (handler->elementStringValue != nullptr)
+    if (length == NIL_TEXT) {
+        if (handler->elementNilValue != nullptr) handler->elementNilValue(handler);
+    } else if (handler->elementStringValue != nullptr) {
         handler->elementStringValue(handler, chars, length, STRING_VALUE);
+    }
     if (handler->endElement != nullptr) handler->endElement(handler, endBit);
 }
 // Consumes the value: it goes back to its pool, whether anybody wanted it or not.

@@ -262,7 +262,8 @@ void DocHandlerEventBuffer_defer(DocHandlerEventBuffer* this_, CachedEventKind k
 void DocHandlerEventBuffer_holdPlainText(DocHandlerEventBuffer* this_, const PlainText* plan,
                                          const UChar* chars, int32_t length, int64_t startBit,
                                          int64_t endBit) {
-    makeRoomForText(this_, static_cast<int64_t>(length) + 1);
+    const int64_t units = length == NIL_TEXT ? 0 : static_cast<int64_t>(length) + 1;
+    makeRoomForText(this_, units);
     CachedEvent* event = append(this_);
     event->kind = EVENT_PLAIN_TEXT;
     event->plainText = plan;
@@ -270,9 +271,8 @@ void DocHandlerEventBuffer_holdPlainText(DocHandlerEventBuffer* this_, const Pla
     event->second = endBit;
     event->textStart = this_->textUnits;
     event->textLength = length;
-    std::copy_n(chars, length, this_->texts + this_->textUnits);
-    this_->texts[this_->textUnits + length] = 0;
-    this_->textUnits += length + 1;
+    std::copy_n(chars, units, this_->texts + this_->textUnits);
+    this_->textUnits += units;
 }
 
 void DocHandlerEventBuffer_recoverableError(DocHandlerEventBuffer* this_, const ProcessingError* record) {

@@ -15,4 +15,6 @@ struct PlainText {
     int32_t namespaceId;
 };
 
+inline constexpr int32_t NIL_TEXT = -1;  // in place of the length: the element is nil
+
 #endif
