@@ -95,11 +95,18 @@ TEST(CompiledMarkupSet, ofAListDependsOnEncodingAndCaseToo) {
     ASSERT_NE(set, nullptr);
     EXPECT_EQ(rig.scanner->markupSetId, -1);
     EXPECT_EQ(rig.useList(u"ab"), set);
+    const auto again = [&rig] {
+        return DelimitedScannerBytes_setMarkupSetWithGroupMemberRow(rig.scanner, rig.lists.front(),
+                                                                    &rig.rig.item, true, "initiator");
+    };
+    EXPECT_EQ(again(), set);
+    EXPECT_EQ(rig.scanner->markupSet, set);
     EXPECT_NE(rig.useList(u"abc"), set);
     rig.rig.encoding("UTF-16BE");
     const CompiledMarkupSet* wide = rig.useList(u"ab");
     ASSERT_NE(wide, nullptr);
     EXPECT_NE(wide->sole[0], nullptr);
+    EXPECT_EQ(again(), wide) << "the same text at the same place, in another encoding";
     TextMarkupTableRow markup;
     markup.iTextEncodingIndex = rig.rig.item.iTextEncodingIndex;
     markup.iIgnoreCase = true;

@@ -19,6 +19,7 @@ ScanRig::ScanRig(const char* encoding, const DFDLHeapImpl* heap)
 ScanRig::~ScanRig() {
     delete_DelimitedScannerBytes(scanner);
     delete_StringLiteralCache(cache);
+    for (DFDLUString* list : lists) delete_DFDLUString(list);
 }
 
 DFDLUString* ScanRig::text(std::u16string_view units) {
@@ -95,11 +96,9 @@ CompiledMarkupSet* ScanRig::use(int32_t id, bool simple) {
 
 CompiledMarkupSet* ScanRig::useList(std::u16string_view list, bool ownsKey) {
     if (items.empty()) finish();
-    DFDLUString* string = text(list);
-    CompiledMarkupSet* set = DelimitedScannerBytes_setMarkupSetWithGroupMemberRow(scanner, string, &rig.item,
-                                                                                  ownsKey, "initiator");
-    delete_DFDLUString(string);
-    return set;
+    DFDLUString* string = lists.emplace_back(text(list));
+    return DelimitedScannerBytes_setMarkupSetWithGroupMemberRow(scanner, string, &rig.item, ownsKey,
+                                                                "initiator");
 }
 
 int64_t ScanRig::scan(bool record, bool atPositionOnly) {

@@ -56,6 +56,7 @@ class ScanRig {
     std::deque<GroupMemberTableRow> rows;    // of the items, by level
     std::deque<ContextItemForParser> items;  // the innermost first
     int32_t encodingIndex;
+    std::deque<DFDLUString*> lists;  // that were made current, as a grammar would keep them
 
   private:
     void finish();

@@ -57,6 +57,7 @@ void delete_DelimitedScannerBytes(DelimitedScannerBytes* this_) {
 void DelimitedScannerBytes_setPIF(DelimitedScannerBytes* this_, const sPIF* pif) {
     if (this_->pif == pif) return;
     forgetScan(this_);
+    std::fill(std::begin(this_->lookups), std::end(this_->lookups), MarkupListLookup{});
     ScannerDataCache_setTable(this_->cache, pif == nullptr ? nullptr : pif->markupSetTable);
     if (this_->literalCache != nullptr) {
         ArrayList_clear(this_->literalCache->volatileSets);

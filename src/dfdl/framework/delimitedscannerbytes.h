@@ -1,6 +1,7 @@
 #ifndef DFDL_FRAMEWORK_DELIMITEDSCANNERBYTES_H
 #define DFDL_FRAMEWORK_DELIMITEDSCANNERBYTES_H
 
+#include <cstddef>
 #include <cstdint>
 
 #include "dfdl/foundation/dfdlheapadapter.h"
@@ -19,6 +20,16 @@ struct ScannerDataCache;
 struct StringLiteralCache;
 struct sPIF;
 
+// The set of a list of the grammar, found again by where the list lies.
+struct MarkupListLookup {
+    const DFDLUString* list;
+    CompiledMarkupSet* set;
+    int32_t encodingIndex;
+    bool ignoreCase;
+};
+
+inline constexpr size_t MARKUP_LIST_LOOKUPS = 32;  // a power of two
+
 // Finds delimiters in the bytes of the data without decoding them: what stands at this very position, and
 // where the next delimiter in scope begins. It never moves the buffer; who consumes does. Belongs to its
 // parser and lives as long.
@@ -35,6 +46,7 @@ struct DelimitedScannerBytes {
     CompiledMarkupSet* markupSet;                     // current; null: none
     CompiledMarkupSet* emptySet;                      // what is scanned with where no set is current
     DFDLUString* listKey;                             // scratch
+    MarkupListLookup lookups[MARKUP_LIST_LOOKUPS];    // by the address of the list
     const CompiledDFDLStringLiteral* matchedLiteral;  // of the last scan, as is what follows
     CompiledDFDLStringLiteral* endOfDataLiteral;
     int64_t matchedLength;  // bytes of the delimiter

@@ -176,6 +176,27 @@ void keep(Scanner* scanner, CompiledMarkupSet* set) {
     if (set->isVolatile) ArrayList_addPointer(cache->volatileSets, entry);
 }
 
+CompiledMarkupSet* setOfList(Scanner* scanner, const MarkupSource& source, bool ownsKey) {
+    auto* set = static_cast<CompiledMarkupSet*>(
+        DFDLStringHashMap_get(scanner->literalCache->compiledSets, keyOf(scanner, source)));
+    if (set != nullptr) return set;
+    set = compileList(scanner, source);
+    if (set == nullptr) return nullptr;
+    // A list that was worked out may never come again.
+    set->isVolatile = set->isVolatile || !ownsKey;
+    keep(scanner, set);
+    return set;
+}
+
+MarkupListLookup* lookupOf(Scanner* scanner, const DFDLUString* list) {
+    return &scanner->lookups[(reinterpret_cast<uintptr_t>(list) >> 6) & (MARKUP_LIST_LOOKUPS - 1)];
+}
+
+bool isFor(const MarkupListLookup& lookup, const MarkupSource& source) {
+    return lookup.list == source.list && lookup.encodingIndex == source.encodingIndex &&
+           lookup.ignoreCase == source.ignoreCase;
+}
+
 }  // namespace
 
 CompiledMarkupSet* DelimitedScannerBytes_setMarkupSet(DelimitedScannerBytes* this_, int32_t markupSetId,
@@ -204,15 +225,11 @@ CompiledMarkupSet* DelimitedScannerBytes_setMarkupSetWithGroupMemberRow(Delimite
     this_->markupSetId = -1;
     if (list == nullptr) return nullptr;
     const MarkupSource source = sourceOf(list, row, propertyName);
-    auto* set = static_cast<CompiledMarkupSet*>(
-        DFDLStringHashMap_get(this_->literalCache->compiledSets, keyOf(this_, source)));
-    if (set == nullptr) {
-        set = compileList(this_, source);
-        if (set == nullptr) return nullptr;
-        // A list that was worked out may never come again.
-        set->isVolatile = set->isVolatile || !ownsKey;
-        keep(this_, set);
+    MarkupListLookup* lookup = lookupOf(this_, list);
+    if (ownsKey && isFor(*lookup, source)) return this_->markupSet = lookup->set;
+    CompiledMarkupSet* set = setOfList(this_, source, ownsKey);
+    if (set != nullptr && ownsKey && !set->isVolatile) {
+        *lookup = {list, set, source.encodingIndex, source.ignoreCase};
     }
-    this_->markupSet = set;
-    return set;
+    return this_->markupSet = set;
 }
