@@ -1,0 +1,29 @@
+#ifndef DFDL_TESTS_SUPPORT_EXAMPLES_H
+#define DFDL_TESTS_SUPPORT_EXAMPLES_H
+
+#include <dfdl/dfdl.h>
+
+#include <functional>
+#include <memory>
+#include <string>
+
+#include "pif.pb.h"
+
+using Grammar = std::unique_ptr<DFDLGrammar, decltype(&delete_DFDLGrammar)>;
+
+// The bytes of a file under examples/, or of any file whose path is absolute.
+std::string exampleFile(const std::string& name);
+
+// The grammar of examples/NAME.txt, changed by `edit` if there is one; null if it does not load.
+Grammar exampleGrammar(const std::string& name, const std::function<void(PIF::MPIF*)>& edit = {});
+
+// What tests/formats/expected.py, which reads the formats by means of Python alone, says of the bytes. A test
+// fails if it cannot be run.
+std::string fromPython(const std::string& command, const std::string& bytes);
+
+// What the parser says of them, in the same form: for each element its name, behind "=" its value if it is a
+// simple one (a nil one has none), and U+001E behind it. `road` as for runParser.
+std::string outlineOf(DFDLGrammar* grammar, std::u16string_view root, const std::string& bytes,
+                      size_t piece = 0);
+
+#endif
