@@ -54,19 +54,29 @@ DFDLHeap* heapOf(Allocator* allocator) {
     return new_DFDLHeap(allocator, countedMalloc, countedCalloc, countedRealloc, countedFree);
 }
 
-// A file of records with texts in three encodings, short and long, aligned and trimmed.
-// With `counted` off they go on to the end of the data, each of them an attempt that may fail.
-DFDLGrammar* recordsGrammar(DFDLHeap* heap, int32_t count, bool counted) {
+// A file of records, how to make it and what it holds.
+struct Format {
+    const char* name;
+    DFDLGrammar* (*grammar)(DFDLHeap* heap, int32_t count);
+    std::string (*data)(int32_t count);
+    int64_t (*fields)(int32_t count);
+};
+
+// Texts in three encodings, short and long, aligned and trimmed.
+DFDLGrammar* fixedGrammar(DFDLHeap* heap, int32_t least, int32_t most) {
     GrammarBuilder builder;
-    auto record = builder.complexElement("file").complexElement("record");
-    counted ? record.occurs(count, count).occursFixed() : record.occurs(0, -1).occursParsed();
+    auto record = builder.complexElement("file").complexElement("record").occurs(least, most);
+    most == -1 ? record.occursParsed() : record.occursFixed();
     record.text("id").bytes(8).encoding("US-ASCII").trimRight("%SP;");
     record.text("name").characters(10).encoding("UTF-8");
     record.text("note").bytes(200).encoding("ISO-8859-1").trimRight("%SP;").align(2);
     return builder.load(heap);
 }
+DFDLGrammar* countedGrammar(DFDLHeap* heap, int32_t count) { return fixedGrammar(heap, count, count); }
+// To the end of the data, each record an attempt that may fail.
+DFDLGrammar* uncountedGrammar(DFDLHeap* heap, int32_t) { return fixedGrammar(heap, 0, -1); }
 
-std::string recordsData(int32_t count) {
+std::string fixedData(int32_t count) {
     std::string data;
     for (int32_t i = 0; i < count; ++i) {
         std::string id = std::to_string(i);
@@ -79,6 +89,36 @@ std::string recordsData(int32_t count) {
     }
     return data;
 }
+int64_t fixedFields(int32_t count) { return 3 * count; }
+
+// Lines whose fields may be quoted or escaped; a tag that only some begin with, and a note that not all have.
+DFDLGrammar* delimitedGrammar(DFDLHeap* heap, int32_t) {
+    GrammarBuilder builder;
+    auto record = builder.complexElement("file").complexElement("record").occurs(0, -1).occursImplicit();
+    record.terminator("%NL;").finalTerminatorCanBeMissing();
+    auto fields = record.content().separator(";", PIF::MPIFEnums::INFIX, PIF::MPIFEnums::SUPPRESS_AT_END);
+    auto tagged = fields.sequence();
+    tagged.text("tag").delimited().initiator("#").terminator(":%WSP*;").occurs(0, 1).occursImplicit();
+    tagged.text("id").delimited().escapeCharacter("?", "?");
+    fields.text("name").delimited().escapeBlock("\"", "\"", "\"").nilLiteral("none%WSP+;at%WSP+;all");
+    fields.text("note").delimited().trimRight("%SP;").occurs(0, 1).occursImplicit();
+    return builder.load(heap);
+}
+std::string delimitedData(int32_t count) {
+    std::string data;
+    for (int32_t i = 0; i < count; ++i) {
+        if (i % 3 == 0) data += "#tag:  ";
+        data += std::to_string(i) + (i % 2 == 0 ? "?;" : "?\xC3\xA4") + ";\"N\xC3\xA4m\"\"chen; 12\"";
+        if (i % 3 == 1) data += ";note    ";
+        data += i % 2 == 0 ? "\r\n" : "\n";
+    }
+    return data;
+}
+int64_t delimitedFields(int32_t count) { return 2 * count + (count + 2) / 3 + (count + 1) / 3; }
+
+constexpr Format COUNTED = {"counted", countedGrammar, fixedData, fixedFields};
+constexpr Format UNCOUNTED = {"uncounted", uncountedGrammar, fixedData, fixedFields};
+constexpr Format DELIMITED = {"delimited", delimitedGrammar, delimitedData, delimitedFields};
 
 struct Run {
     int parsed;
@@ -177,16 +217,16 @@ Run parse(DFDLParser* parser, DFDLGrammar* grammar, const std::string& data, boo
     return run;
 }
 
-int64_t callsToParse(int32_t count, bool counted) {
+int64_t callsToParse(const Format& format, int32_t count) {
     Allocator allocator;
     DFDLHeap* heap = heapOf(&allocator);
-    DFDLGrammar* grammar = recordsGrammar(nullptr, count, counted);
+    DFDLGrammar* grammar = format.grammar(nullptr, count);
     DFDLParser* parser = new_DFDLParser(heap);
-    const std::string data = recordsData(count);
+    const std::string data = format.data(count);
     DFDLParser_setMessageHeap(parser, heap);
     const Run run = parse(parser, grammar, data);
     EXPECT_EQ(1, run.parsed);
-    EXPECT_EQ(3 * count, run.fields);
+    EXPECT_EQ(format.fields(count), run.fields);
     delete_DFDLParser(parser);
     delete_DFDLGrammar(grammar);
     delete_DFDLHeap(heap);
@@ -195,16 +235,19 @@ int64_t callsToParse(int32_t count, bool counted) {
 }
 
 TEST(ParserMemory, AsksForNothingMoreForMoreRecords) {
-    EXPECT_EQ(callsToParse(100, true), callsToParse(10000, true));
-    EXPECT_EQ(callsToParse(100, false), callsToParse(10000, false));
+    for (const Format& format : {COUNTED, UNCOUNTED, DELIMITED}) {
+        EXPECT_EQ(callsToParse(format, 100), callsToParse(format, 10000)) << format.name;
+    }
 }
 
 // Loads and parses with the given call refused. Returns whether a call was refused at all.
-bool parseWithRefusal(int64_t refused, const std::string& data, bool inPieces) {
+bool parseWithRefusal(const Format& format, int64_t refused, bool inPieces) {
+    constexpr int32_t RECORDS = 4;
+    const std::string data = format.data(RECORDS);
     Allocator allocator;
     allocator.refuse = refused;
     DFDLHeap* heap = heapOf(&allocator);
-    DFDLGrammar* grammar = recordsGrammar(heap, 3, !inPieces);
+    DFDLGrammar* grammar = format.grammar(heap, RECORDS);
     DFDLParser* parser = grammar == nullptr ? nullptr : new_DFDLParser(heap);
     if (parser != nullptr) {
         const Run first = parse(parser, grammar, data, inPieces);
@@ -213,7 +256,7 @@ bool parseWithRefusal(int64_t refused, const std::string& data, bool inPieces) {
         allocator.refuse = -1;  // the second parse makes calls of its own
         const Run second = parse(parser, grammar, data, inPieces);
         EXPECT_EQ(1, second.parsed) << "after call " << refused << " was refused";
-        EXPECT_EQ(9, second.fields) << refused;
+        EXPECT_EQ(format.fields(RECORDS), second.fields) << refused;
     }
     delete_DFDLParser(parser);
     delete_DFDLGrammar(grammar);
@@ -222,16 +265,22 @@ bool parseWithRefusal(int64_t refused, const std::string& data, bool inPieces) {
     return allocator.refused;
 }
 
-void sweepRefusals(bool inPieces) {
-    const std::string data = recordsData(3);
+void sweepRefusals(const Format& format, bool inPieces) {
+    SCOPED_TRACE(format.name);
     int64_t refused = 0;
-    while (refused < ANY_COUNT && parseWithRefusal(refused, data, inPieces)) ++refused;
+    while (refused < ANY_COUNT && parseWithRefusal(format, refused, inPieces)) ++refused;
     EXPECT_GT(refused, 100) << "the sweep has met the allocations of load and parse";
     EXPECT_LT(refused, ANY_COUNT);
 }
 
-TEST(ParserMemory, SurvivesTheRefusalOfAnyAllocation) { sweepRefusals(false); }
+TEST(ParserMemory, SurvivesTheRefusalOfAnyAllocation) {
+    sweepRefusals(COUNTED, false);
+    sweepRefusals(DELIMITED, false);
+}
 
-TEST(ParserMemory, SurvivesItWithEverythingSet) { sweepRefusals(true); }
+TEST(ParserMemory, SurvivesItWithEverythingSet) {
+    sweepRefusals(UNCOUNTED, true);
+    sweepRefusals(DELIMITED, true);
+}
 
 }  // namespace
