@@ -7,6 +7,7 @@
 #include "dfdl/converters/dfdlcharset.h"
 #include "dfdl/foundation/context.h"
 #include "dfdl/foundation/processingerror.h"
+#include "dfdl/framework/compileddfdlstringliteral.h"
 #include "dfdl/framework/compiledmarkupset.h"
 #include "dfdl/framework/delimitedscannerbytes.h"
 #include "dfdl/framework/linkedlistcompileddfdlstringliteral.h"
@@ -317,25 +318,68 @@ void run(Scan* scan) {
     }
 }
 
+// What most scans come to: some plain bytes, then the only delimiter that starts with its byte, all of it in
+// the current buffer. False if it takes more than that; `plain` bytes have been passed over all the same.
+bool findAtOnce(DelimitedScannerBytes* scanner, const CompiledMarkupSet* set, int64_t start, int64_t* plain) {
+    const DFDLByteBufferImpl* buffer = scanner->buffer->currentBuffer;
+    *plain = 0;
+    if (buffer == nullptr || start < buffer->streamStart || start > buffer->streamEnd) return false;
+    scanner->scanLimit = limitOf(scanner->buffer);
+    const int64_t there = std::min(scanner->scanLimit, buffer->streamEnd + 1) - start;
+    if (there <= 0) return false;
+    const uint8_t* bytes = buffer->data + (start - buffer->streamStart);
+    *plain = ByteFinder_find(&set->finder, bytes, there);
+    if (*plain == there) return false;
+    const CompiledDFDLStringLiteral* sole = set->sole[bytes[*plain]];
+    if (sole == nullptr || sole->byteLength > there - *plain) return false;
+    for (int32_t i = 1; i < sole->byteLength; ++i) {
+        if (bytes[*plain + i] != sole->exactBytes[i]) return false;
+    }
+    scanner->matchedLiteral = sole;
+    scanner->matchedLength = sole->byteLength;
+    scanner->contentLength = *plain;
+    scanner->scanPosition = start + *plain;
+    scanner->found = 1;
+    return true;
+}
+
+// `plain` bytes are known to start nothing.
+int64_t scanStepByStep(Scan* scan, int64_t plain) {
+    DelimitedScannerBytes* scanner = scan->scanner;
+    scan->window = ScanWindow_open(scanner->buffer);
+    scan->position = scan->start + plain;
+    scan->limit = limitOf(scanner->buffer);
+    scan->useEscapeChar = scan->set->usesEscapeCharacter && scan->set->escapeCharacter.length > 0;
+    run(scan);
+    scanner->matchedLiteral = scan->matched;
+    scanner->matchedLength = scan->matchedLength;
+    scanner->contentLength = scan->contentLength;
+    scanner->scanPosition = scan->position;
+    scanner->scanLimit = scan->limit;
+    scanner->found = scan->found ? 1 : 0;
+    return scan->failed ? -1 : scan->contentLength;
+}
+
 }  // namespace
 
 int64_t DelimitedScannerBytes_scanForMarkup(DelimitedScannerBytes* this_, bool atPositionOnly,
                                             int32_t encodingIndex, bool record,
                                             const GroupMemberTableRow* element) {
     const CompiledMarkupSet* set = this_->markupSet != nullptr ? this_->markupSet : this_->emptySet;
+    const int64_t start = BufferManager_bytePosition(this_->buffer);
+    int64_t plain = 0;
+    if (record && !atPositionOnly && findAtOnce(this_, set, start, &plain)) {
+        PIFIteratorForParser_setScannedMarkupWithLevel(this_->iterator, this_->matchedLiteral->level,
+                                                       this_->matchedLiteral, this_->matchedLength);
+        return this_->contentLength;
+    }
     Scan scan{};
     scan.scanner = this_;
     scan.set = set;
-    scan.window = ScanWindow_open(this_->buffer);
-    scan.start = BufferManager_bytePosition(this_->buffer);
-    scan.position = scan.start;
-    scan.limit = limitOf(this_->buffer);
+    scan.start = start;
     scan.element = element;
     scan.encodingIndex = encodingIndex;
     scan.atPositionOnly = atPositionOnly;
     scan.record = record;
-    scan.useEscapeChar = set->usesEscapeCharacter && set->escapeCharacter.length > 0;
-    run(&scan);
-    publish(&scan);
-    return scan.failed ? -1 : scan.contentLength;
+    return scanStepByStep(&scan, plain);
 }
