@@ -151,7 +151,7 @@ void countUnits(DFDLDocHandler* handler, const DFDLChar*, int32_t length, uint32
     *static_cast<int64_t*>(DFDLDocHandler_getContextObject(handler)) += length;
 }
 
-void parseOften(DFDLGrammar* grammar, const std::string& data, int64_t* units) {
+void parse(DFDLGrammar* grammar, const std::string& data, int times, int64_t* units) {
     DFDLParser* parser = new_DFDLParser(nullptr);
     DFDLDocHandler* handler = new_DFDLDocHandler();
     DFDLDocHandler_setContextObject(handler, units);
@@ -159,13 +159,24 @@ void parseOften(DFDLGrammar* grammar, const std::string& data, int64_t* units) {
     DFDLParser_setGrammar(parser, grammar);
     DFDLParser_setDocumentHandler(parser, handler);
     DFDLParser_setRootElement(parser, u"file", nullptr);
-    for (int i = 0; i < 20; ++i) {
+    for (int i = 0; i < times; ++i) {
         DFDLParser_setInputDocument(parser, reinterpret_cast<const uint8_t*>(data.data()),
                                     static_cast<DFDLWORD>(data.size()));
         DFDLParser_parseAll(parser, nullptr);
     }
     delete_DFDLParser(parser);
     delete_DFDLDocHandler(handler);
+}
+
+TEST(ParserStream, DoesNotTakeManyOccurrencesForEndlessOnes) {
+    constexpr int64_t OCCURRENCES = 1000100;
+    GrammarBuilder builder;
+    builder.complexElement("file").text("a").bytes(1).encoding("US-ASCII").occurs(0, -1).occursParsed();
+    DFDLGrammar* grammar = builder.load();
+    int64_t units = 0;
+    parse(grammar, std::string(OCCURRENCES, 'x'), 1, &units);
+    EXPECT_EQ(OCCURRENCES, units);
+    delete_DFDLGrammar(grammar);
 }
 
 TEST(ParserStream, SharesAGrammarBetweenThreads) {
@@ -175,7 +186,7 @@ TEST(ParserStream, SharesAGrammarBetweenThreads) {
     for (int32_t i = 0; i < RECORDS; ++i) data += std::string(90, 'x');
     std::vector<int64_t> units(4);
     std::vector<std::thread> threads;
-    for (int64_t& count : units) threads.emplace_back([&] { parseOften(grammar, data, &count); });
+    for (int64_t& count : units) threads.emplace_back([&] { parse(grammar, data, 20, &count); });
     for (std::thread& thread : threads) thread.join();
     for (const int64_t count : units) EXPECT_EQ(20 * RECORDS * 90, count);
     delete_DFDLGrammar(grammar);

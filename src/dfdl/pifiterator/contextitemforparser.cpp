@@ -173,6 +173,7 @@ void ContextItemForParser_init(ContextItemForParser* this_, uint32_t kind) {
     this_->checkPoint = nullptr;
     this_->value = nullptr;
     this_->unordered = nullptr;
+    this_->emptyOccurrences = 0;
     resetOccurrence(this_);
     this_->kind = kind;
     this_->functions = &FUNCTIONS[kind];

@@ -61,6 +61,7 @@ struct ContextItemForParser : ContextItem {
     uint32_t scopeClosed;                  // group: nothing may follow, an enclosing delimiter was seen
     uint32_t initiatorMissing;             // looked for and not found
     UnorderedMembers* unordered;           // unordered group: what its members have come to so far
+    int32_t emptyOccurrences;              // of the last occurrences, how many took nothing from the data
     uint32_t succeeded;                    // cleared when the occurrence fails or is absent
     ProcessingError* retainedError;        // a failed child's error, kept in the context's standby record
     const GroupMemberTableRow* resumeRow;  // group: the next member, where hasResumeRow is set

@@ -168,12 +168,11 @@ void PIFIteratorForParser_group_beforeGroupMember(PIFIteratorForParser* this_, C
         endGroup(group);
         return;
     }
-    const int64_t position = BufferManager_bitPosition(this_->bufferManager);
-    if (member->occurrences >= MAX_EMPTY_OCCURRENCES && member->occurrenceStart == position) {
+    if (member->emptyOccurrences >= MAX_EMPTY_OCCURRENCES) {
         PIFIteratorForParser_raiseEndless(this_, member->row);
         return;
     }
-    member->occurrenceStart = position;
+    member->occurrenceStart = BufferManager_bitPosition(this_->bufferManager);
     if (!mayBeAbsent) return processLeadingSeparator(this_, group);
     traceAttempt(this_, group);
     // A separator that may be suppressed goes with the attempt; any other stands, whatever becomes of it.
@@ -187,7 +186,10 @@ void PIFIteratorForParser_group_beforeGroupMember(PIFIteratorForParser* this_, C
 }
 
 void PIFIteratorForParser_group_afterGroupMember(PIFIteratorForParser* this_, ContextItemForParser* group) {
-    const bool succeeded = group->selectedChild->succeeded != 0;
+    ContextItemForParser* member = group->selectedChild;
+    const bool succeeded = member->succeeded != 0;
+    const bool moved = BufferManager_bitPosition(this_->bufferManager) != member->occurrenceStart;
+    member->emptyOccurrences = moved ? 0 : member->emptyOccurrences + 1;
     if (succeeded) {
         ContextItemForParser_releaseCheckPoint(group);
     } else if (!undoFailedMember(this_, group)) {
