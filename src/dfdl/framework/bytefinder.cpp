@@ -1,6 +1,7 @@
 #include "dfdl/framework/bytefinder.h"
 
 #include <cstddef>
+#include <utility>
 
 #if defined(__x86_64__)
 #include <immintrin.h>
@@ -51,11 +52,16 @@ __attribute__((target("avx2"))) int64_t findBy32(const ByteFinder* finder, const
     return at + findBy16<N>(finder, bytes + at, count - at);
 }
 
+// A kernel for each count of bytes: a compare that is not needed would cost as much as one that is.
+template <size_t... N>
+ByteFinderKernel pick(int32_t distinct, std::index_sequence<N...>) {
+    static constexpr ByteFinderKernel BY_16[] = {findBy16<N + 1>...};
+    static constexpr ByteFinderKernel BY_32[] = {findBy32<N + 1>...};
+    return __builtin_cpu_supports("avx2") ? BY_32[distinct - 1] : BY_16[distinct - 1];
+}
+
 ByteFinderKernel kernelFor(int32_t distinct) {
-    static constexpr ByteFinderKernel BY_16[] = {findBy16<1>, findBy16<2>, findBy16<4>, findBy16<8>};
-    static constexpr ByteFinderKernel BY_32[] = {findBy32<1>, findBy32<2>, findBy32<4>, findBy32<8>};
-    const int size = distinct <= 1 ? 0 : distinct == 2 ? 1 : distinct <= 4 ? 2 : 3;
-    return __builtin_cpu_supports("avx2") ? BY_32[size] : BY_16[size];
+    return pick(distinct, std::make_index_sequence<MOST_VECTOR_BYTES>());
 }
 
 #else
@@ -74,7 +80,6 @@ void ByteFinder_init(ByteFinder* this_, const uint8_t* flags) {
         if (distinct < MOST_VECTOR_BYTES) this_->wanted[distinct] = static_cast<uint8_t>(byte);
         ++distinct;
     }
-    for (int32_t i = distinct; i > 0 && i < MOST_VECTOR_BYTES; ++i) this_->wanted[i] = this_->wanted[i - 1];
     this_->kernel = distinct == 0                  ? findNone
                     : distinct > MOST_VECTOR_BYTES ? findByTable
                                                    : kernelFor(distinct);

@@ -16,7 +16,7 @@ using ByteFinderKernel = int64_t (*)(const ByteFinder* finder, const uint8_t* by
 struct ByteFinder {
     const uint8_t* flags;  // 256; not 0: looked for
     ByteFinderKernel kernel;
-    uint8_t wanted[MOST_VECTOR_BYTES];  // the bytes looked for, the last one repeated
+    uint8_t wanted[MOST_VECTOR_BYTES];  // the bytes looked for, as far as there is room
 };
 
 // Once the table is complete; again when it has changed.
