@@ -5,6 +5,7 @@
 
 #include "dfdl/foundation/dfdlheapadapter.h"
 
+struct BooleanRepTableRow;
 struct BufferManager;
 struct CharsetManager;
 struct Context;
@@ -16,6 +17,7 @@ struct DelimitedScannerBytes;
 struct GroupMemberTableRow;
 struct PIFIteratorForParser;
 struct StringLiteralCache;
+struct TextStringTableRow;
 struct TraceHandlerAdapter;
 struct sPIF;
 
@@ -58,10 +60,32 @@ bool ParserRegionHandler_handleTerminatorRegion(ParserRegionHandler* this_, cons
 bool ParserRegionHandler_checkForMarkup(ParserRegionHandler* this_, int32_t markupSetId,
                                         ContextItemForParser* item);
 
-// Adopts the text. Null with an error.
+// The text of a field whose length, in the row's units, is known, without its escapes. Only pad bytes are
+// trimmed; pad characters stay. Moves over the field. Pooled, the caller's; null with an error, or, where the
+// row's kind of length has no length of its own, without one.
+DFDLUString* ParserRegionHandler_extractTextRepresentation(ParserRegionHandler* this_,
+                                                           const GroupMemberTableRow* row, int64_t length);
+DFDLUString* ParserRegionHandler_extractFixedLengthText(ParserRegionHandler* this_, int32_t encodingIndex,
+                                                        int32_t units, int64_t length,
+                                                        const GroupMemberTableRow* row);
+// Trims the row's pad bytes before decoding. The end that the text is justified to is not looked at, and a
+// text that ends at the first byte counts as none.
+DFDLUString* ParserRegionHandler_extractFixedLengthTextAndTrim(ParserRegionHandler* this_,
+                                                               int32_t encodingIndex, int64_t byteLength,
+                                                               int32_t maxBytes,
+                                                               const TextStringTableRow* stringRow,
+                                                               const GroupMemberTableRow* row);
+
+// Each adopts the text. Null with an error.
 DFDLValue* ParserRegionHandler_handleSimpleContent_TextString(ParserRegionHandler* this_,
                                                               const GroupMemberTableRow* row,
                                                               DFDLUString* text);
+DFDLValue* ParserRegionHandler_handleSimpleContent_TextBoolean(ParserRegionHandler* this_,
+                                                               const GroupMemberTableRow* row,
+                                                               DFDLUString* text);
+// The list of the texts for true, or for false; null if the row has none.
+const DFDLUString* ParserRegionHandler_getTextBooleanTrueRepresentation(const BooleanRepTableRow* row);
+const DFDLUString* ParserRegionHandler_getTextBooleanFalseRepresentation(const BooleanRepTableRow* row);
 // False if the value cannot be judged, with the error in the context.
 bool ParserRegionHandler_validateFacets(ParserRegionHandler* this_, const DFDLValue* value,
                                         const GroupMemberTableRow* row);
