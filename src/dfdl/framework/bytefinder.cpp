@@ -80,6 +80,8 @@ void ByteFinder_init(ByteFinder* this_, const uint8_t* flags) {
         if (distinct < MOST_VECTOR_BYTES) this_->wanted[distinct] = static_cast<uint8_t>(byte);
         ++distinct;
     }
+    this_->distinct = distinct;
+    for (int32_t i = distinct; i > 0 && i < MOST_VECTOR_BYTES; ++i) this_->wanted[i] = this_->wanted[i - 1];
     this_->kernel = distinct == 0                  ? findNone
                     : distinct > MOST_VECTOR_BYTES ? findByTable
                                                    : kernelFor(distinct);

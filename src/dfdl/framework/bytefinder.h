@@ -16,7 +16,8 @@ using ByteFinderKernel = int64_t (*)(const ByteFinder* finder, const uint8_t* by
 struct ByteFinder {
     const uint8_t* flags;  // 256; not 0: looked for
     ByteFinderKernel kernel;
-    uint8_t wanted[MOST_VECTOR_BYTES];  // the bytes looked for, as far as there is room
+    int32_t distinct;                   // how many bytes are looked for
+    uint8_t wanted[MOST_VECTOR_BYTES];  // which, as far as there is room; the last one repeated
 };
 
 // Once the table is complete; again when it has changed.

@@ -73,7 +73,7 @@ struct PIFIteratorForParser {
     // The whole message is wanted and nobody looks at regions, trace or facets, so that members may be parsed
     // without items of their own.
     uint32_t runsAhead;
-    UChar plainText[MOST_PLAIN_TEXT + 1];  // scratch of the short road
+    UChar plainText[MOST_PLAIN_TEXT + PLAIN_BLOCK];  // scratch of the short road
 };
 
 PIFIteratorForParser* new_PIFIteratorForParser(DFDLParserImpl* parser, DFDLConstants* constants);

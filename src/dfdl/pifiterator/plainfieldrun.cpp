@@ -1,8 +1,13 @@
 // The short road of fields between separators: their delimiters are found, and their texts are decoded, in
 // the buffer where they lie.
+#if defined(__SSE2__)
+#include <emmintrin.h>
+#endif
+
 #include <algorithm>
 
 #include "dfdl/buffer/buffermanager.h"
+#include "dfdl/converters/dfdlcharset.h"
 #include "dfdl/foundation/arraylist.h"
 #include "dfdl/framework/bytefinder.h"
 #include "dfdl/framework/compileddfdlstringliteral.h"
@@ -23,6 +28,8 @@ struct Run {
     int64_t positionByte;                        // in the document
     const CompiledDFDLStringLiteral* delimiter;  // at position; null before the first field
     int32_t separatorLength;                     // to be passed before the next field
+    DFDLCharset* charset;                        // of the last field
+    int32_t encodingIndex;                       // of the charset
 };
 
 bool standsAt(const CompiledDFDLStringLiteral* literal, const uint8_t* bytes) {
@@ -57,30 +64,82 @@ const CompiledMarkupSet* markupSetOf(const Run& run, const RowPlan& plan) {
     return known ? plan.compiledSet : nullptr;
 }
 
+// The encoding of the field, if its bytes can be decoded here. Null otherwise.
+DFDLCharset* charsetOf(Run* run, const RowPlan& plan) {
+    if (run->charset != nullptr && run->encodingIndex == plan.encodingIndex) return run->charset;
+    run->charset = PlainTextRun_useEncoding(run->iterator->bufferManager, plan);
+    run->encodingIndex = plan.encodingIndex;
+    return run->charset;
+}
+
 // False, with nothing done, if the field needs the general road.
-bool deliver(const Run& run, const RowPlan& plan, const uint8_t* bytes, int64_t length, int64_t startBit) {
+bool deliver(Run* run, const RowPlan& plan, const uint8_t* bytes, int64_t length, int64_t startBit) {
     if (length == 0) {
         if (plan.emptyField == EMPTY_IS_NIL)
-            DocHandlerEventBuffer_plainText(run.iterator->eventBuffer, &plan.plainText, nullptr, NIL_TEXT,
+            DocHandlerEventBuffer_plainText(run->iterator->eventBuffer, &plan.plainText, nullptr, NIL_TEXT,
                                             startBit, startBit);
         return plan.emptyField != EMPTY_IS_GENERAL;
     }
-    DFDLCharset* charset = PlainTextRun_useEncoding(run.iterator->bufferManager, plan);
-    return charset != nullptr && PlainTextRun_deliver(run.iterator, plan, charset, bytes, length, startBit);
+    DFDLCharset* charset = charsetOf(run, plan);
+    return charset != nullptr && PlainTextRun_deliver(run->iterator, plan, charset, bytes, length, startBit);
 }
+
+#if defined(__SSE2__)
+
+// Most fields are shorter than a block: their end is found, and their text is decoded, in one look at it. The
+// delimiter that ends the field; null, with nothing done, if the field is not of this kind.
+const CompiledDFDLStringLiteral* takeShortField(Run* run, const RowPlan& plan, const CompiledMarkupSet* set,
+                                                const uint8_t* start, int64_t startBit, int64_t* length) {
+    if (set->finder.distinct > 4 || run->end - start < PLAIN_BLOCK) return nullptr;
+    const __m128i block = _mm_loadu_si128(reinterpret_cast<const __m128i*>(start));
+    __m128i hits = _mm_setzero_si128();
+    for (int i = 0; i < 4; ++i) {
+        const __m128i wanted = _mm_set1_epi8(static_cast<char>(set->finder.wanted[i]));
+        hits = _mm_or_si128(hits, _mm_cmpeq_epi8(block, wanted));
+    }
+    const auto mask = static_cast<uint32_t>(_mm_movemask_epi8(hits));
+    if (mask == 0 || (mask & 1) != 0) return nullptr;
+    const int end = __builtin_ctz(mask);
+    const CompiledDFDLStringLiteral* delimiter = set->sole[start[end]];
+    if (delimiter == nullptr || delimiter->byteLength != 1) return nullptr;
+    const auto notASCII = static_cast<uint32_t>(_mm_movemask_epi8(block)) & ((1U << end) - 1);
+    const DFDLCharset* charset = charsetOf(run, plan);
+    if (notASCII != 0 || charset == nullptr || charset->road != ROAD_ASCII) return nullptr;
+    UChar* target = PlainTextRun_target(run->iterator, end);
+    const __m128i zero = _mm_setzero_si128();
+    _mm_storeu_si128(reinterpret_cast<__m128i*>(target), _mm_unpacklo_epi8(block, zero));
+    _mm_storeu_si128(reinterpret_cast<__m128i*>(target + 8), _mm_unpackhi_epi8(block, zero));
+    PlainTextRun_deliverDecoded(run->iterator, plan, target, end, startBit);
+    *length = end;
+    return delimiter;
+}
+
+#else
+
+const CompiledDFDLStringLiteral* takeShortField(Run*, const RowPlan&, const CompiledMarkupSet*,
+                                                const uint8_t*, int64_t, int64_t*) {
+    return nullptr;
+}
+
+#endif
 
 // Takes one field. False, with nothing moved, if it needs the general road.
 bool takeField(Run* run, const RowPlan& plan) {
     const CompiledMarkupSet* set = markupSetOf(*run, plan);
     if (set == nullptr || run->end - run->position <= run->separatorLength) return false;
     const uint8_t* start = run->position + run->separatorLength;
-    const CompiledDFDLStringLiteral* delimiter = nullptr;
-    const uint8_t* end = findDelimiter(set, start, run->end, &delimiter);
-    if (end == nullptr) return false;
     const int64_t startByte = run->positionByte + run->separatorLength;
-    if (!deliver(*run, plan, start, end - start, 8 * startByte)) return false;
-    run->positionByte = startByte + (end - start);
-    run->position = end;
+    int64_t length = 0;
+    const CompiledDFDLStringLiteral* delimiter =
+        takeShortField(run, plan, set, start, 8 * startByte, &length);
+    if (delimiter == nullptr) {
+        const uint8_t* end = findDelimiter(set, start, run->end, &delimiter);
+        if (end == nullptr) return false;
+        length = end - start;
+        if (!deliver(run, plan, start, length, 8 * startByte)) return false;
+    }
+    run->positionByte = startByte + length;
+    run->position = start + length;
     run->delimiter = delimiter;
     run->separatorLength = delimiter->byteLength;
     return true;
@@ -105,7 +164,7 @@ bool findStart(Run* run) {
 Run startRun(PIFIteratorForParser* iterator, const ContextItemForParser* group) {
     const BufferManager* buffer = iterator->bufferManager;
     const uint8_t* position = BufferManager_peekBytes(buffer, 0);
-    Run run{iterator, group, position, position, BufferManager_bytePosition(buffer), nullptr, 0};
+    Run run{iterator, group, position, position, BufferManager_bytePosition(buffer), nullptr, 0, nullptr, -1};
     if (position == nullptr || buffer->charTrackerCount != 0) return run;
     int64_t loaded = DFDLByteBufferImpl_remaining(buffer->currentBuffer);
     if (buffer->bitLimit >= 1) loaded = std::min(loaded, (buffer->bitLimit - buffer->bitPosition) >> 3);

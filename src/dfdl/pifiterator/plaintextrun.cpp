@@ -71,13 +71,25 @@ DFDLCharset* PlainTextRun_useEncoding(BufferManager* buffer, const RowPlan& plan
     return mayHaveMark(buffer, buffer->currentCharset) ? nullptr : buffer->currentCharset;
 }
 
-bool PlainTextRun_deliver(PIFIteratorForParser* iterator, const RowPlan& plan, DFDLCharset* charset,
-                          const uint8_t* bytes, int64_t length, int64_t startBit) {
-    if (length > MOST_PLAIN_TEXT || !DFDLCharset_decodeDirectly(charset, bytes, length, iterator->plainText))
-        return false;
-    const Text text = trim(plan, iterator->plainText, static_cast<int32_t>(length));
+UChar* PlainTextRun_target(PIFIteratorForParser* iterator, int64_t units) {
+    return DocHandlerEventBuffer_holds(iterator->eventBuffer)
+               ? DocHandlerEventBuffer_roomForText(iterator->eventBuffer, units + PLAIN_BLOCK)
+               : iterator->plainText;
+}
+
+void PlainTextRun_deliverDecoded(PIFIteratorForParser* iterator, const RowPlan& plan, UChar* target,
+                                 int64_t length, int64_t startBit) {
+    const Text text = trim(plan, target, static_cast<int32_t>(length));
     DocHandlerEventBuffer_plainText(iterator->eventBuffer, &plan.plainText, text.chars, text.length, startBit,
                                     startBit + 8 * length);
+}
+
+bool PlainTextRun_deliver(PIFIteratorForParser* iterator, const RowPlan& plan, DFDLCharset* charset,
+                          const uint8_t* bytes, int64_t length, int64_t startBit) {
+    if (length > MOST_PLAIN_TEXT) return false;
+    UChar* target = PlainTextRun_target(iterator, length);
+    if (!DFDLCharset_decodeDirectly(charset, bytes, length, target)) return false;
+    PlainTextRun_deliverDecoded(iterator, plan, target, length, startBit);
     return true;
 }
 

@@ -19,8 +19,15 @@ struct RowPlan;
 // may still stand here.
 DFDLCharset* PlainTextRun_useEncoding(BufferManager* buffer, const RowPlan& plan);
 
-// Decodes and trims so many bytes and delivers the element. False, with nothing done, if they need a
-// converter or are more than the short roads take.
+// Where a text of so many units is to be decoded to. There is room for a block of bytes beyond it.
+UChar* PlainTextRun_target(PIFIteratorForParser* iterator, int64_t units);
+
+// Trims the text at the target, which has a unit more for its zero, and delivers the element.
+void PlainTextRun_deliverDecoded(PIFIteratorForParser* iterator, const RowPlan& plan, UChar* target,
+                                 int64_t length, int64_t startBit);
+
+// Decodes so many bytes and delivers the element. False, with nothing done, if they need a converter or are
+// more than the short roads take.
 bool PlainTextRun_deliver(PIFIteratorForParser* iterator, const RowPlan& plan, DFDLCharset* charset,
                           const uint8_t* bytes, int64_t length, int64_t startBit);
 

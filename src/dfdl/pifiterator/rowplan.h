@@ -20,6 +20,8 @@ enum TrimKind : uint8_t { TRIM_NONE, TRIM_CHARACTER, TRIM_BYTE };
 // the hot loop looks at a few adjacent words instead of half a dozen property rows.
 // Units of the longest text that the short road takes.
 inline constexpr int32_t MOST_PLAIN_TEXT = 1000;
+// Bytes that are decoded at once; what is written behind a text, its zero included, stays below this.
+inline constexpr int32_t PLAIN_BLOCK = 16;
 
 // What a plain field without characters is.
 enum EmptyField : uint8_t { EMPTY_IS_GENERAL, EMPTY_IS_ABSENT, EMPTY_IS_NIL };

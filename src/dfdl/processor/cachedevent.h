@@ -8,7 +8,6 @@
 struct DFDLPoolingFactory;
 struct DFDLUString;
 struct DFDLValue;
-struct PlainText;
 struct ProcessingError;
 
 enum CachedEventKind : int32_t {
@@ -29,7 +28,7 @@ enum CachedEventKind : int32_t {
     EVENT_TERMINATOR = 16,
     EVENT_NIL = 17,
     EVENT_RECOVERABLE_ERROR = 18,
-    EVENT_PLAIN_TEXT = 19  // start, value and end of a simple text element in one; in a root buffer only
+    EVENT_PLAIN_TEXTS = 19  // a run of simple text elements; in a root buffer only
 };
 
 // An event that waits for the decision of a point of uncertainty. It owns value and error; its strings are
@@ -43,12 +42,9 @@ struct CachedEvent {
     const DFDLUString* designator;
     DFDLValue* value;
     ProcessingError* error;
-    int32_t kind;                // CachedEventKind
-    int64_t first;               // position: bits for document events, bytes for regions
-    int64_t second;              // length of a region, bytes; end of a plain text, bits
-    const PlainText* plainText;  // of EVENT_PLAIN_TEXT, as is what follows
-    int64_t textStart;           // units; in the buffer's store of texts
-    int32_t textLength;
+    int32_t kind;    // CachedEventKind
+    int64_t first;   // position: bits for document events, bytes for regions
+    int64_t second;  // length of a region, bytes
 };
 
 // Gives value and error back.

@@ -36,32 +36,48 @@ using Error = Owned<ProcessingError, delete_ProcessingError>;
 CachedEvent* append(Buffer* buffer) {
     CachedEvent* event = CachedEventPooler_get(pools(buffer));
     ArrayList_addPointer(buffer->events, event);
+    buffer->runIsOpen = 0;
     return event;
 }
 
-// The store only grows.
-void makeRoomForText(Buffer* buffer, int64_t units) {
-    constexpr int64_t LEAST = 1024;
-    if (units <= buffer->textCapacity - buffer->textUnits) return;
-    const int64_t capacity = LEAST + 2 * (buffer->textUnits + units);
-    auto* texts = DFDLHeapAdapter_newArray<UChar>(buffer->heap, static_cast<size_t>(capacity));
-    std::copy_n(buffer->texts, buffer->textUnits, texts);
-    if (buffer->texts != nullptr) DFDLHeapAdapter_arrayDeallocate(buffer->heap, buffer->texts);
-    buffer->texts = texts;
-    buffer->textCapacity = capacity;
+// Stores only grow.
+template <class T>
+void grow(DFDLHeapAdapter* heap, T** store, int64_t used, int64_t* capacity, int64_t wanted) {
+    constexpr int64_t LEAST = 256;
+    if (wanted <= *capacity) return;
+    const int64_t larger = LEAST + 2 * wanted;
+    T* moved = DFDLHeapAdapter_newArray<T>(heap, static_cast<size_t>(larger));
+    std::copy_n(*store, used, moved);
+    if (*store != nullptr) DFDLHeapAdapter_arrayDeallocate(heap, *store);
+    *store = moved;
+    *capacity = larger;
+}
+
+void openRun(Buffer* buffer) {
+    CachedEvent* run = append(buffer);
+    run->kind = EVENT_PLAIN_TEXTS;
+    run->first = buffer->plainTextCount;
+    run->second = 0;
+    buffer->runIsOpen = 1;
+}
+
+// Its texts are the last that wait.
+void forgetRun(Buffer* buffer, const CachedEvent& run) {
+    if (run.second > 0) buffer->textUnits = buffer->plainTexts[run.first].textStart;
+    buffer->plainTextCount = run.first;
+    buffer->runIsOpen = 0;
 }
 
 CachedEvent eventOf(CachedEventKind kind, const DFDLUString* designator, int64_t first, int64_t second) {
-    return {nullptr, 0,    nullptr, 0,      nullptr, designator, nullptr,
-            nullptr, kind, first,   second, nullptr, 0,          0};
+    return {nullptr, 0, nullptr, 0, nullptr, designator, nullptr, nullptr, kind, first, second};
 }
 
 // For the start of an element, in the document or in the representation.
 CachedEvent namedEventOf(CachedEventKind kind, int32_t elementId, const DFDLUString* name,
                          int32_t namespaceId, const DFDLUString* namespaceUri, const DFDLUString* designator,
                          int64_t first) {
-    return {nullptr, elementId, name,  namespaceId, namespaceUri, designator, nullptr,
-            nullptr, kind,      first, 0,           nullptr,      0,          0};
+    return {nullptr, elementId, name, namespaceId, namespaceUri, designator, nullptr, nullptr,
+            kind,    first,     0};
 }
 
 void deliverRegion(DocHandlerAdapter* adapter, const CachedEvent& event) {
@@ -99,9 +115,13 @@ void deliverToRegionHandler(DocHandlerAdapter* adapter, const CachedEvent& event
     deliverBoundary(adapter, event, encoding);
 }
 
-void deliverPlainText(const Buffer* buffer, const CachedEvent& event) {
-    DocHandlerAdapter_plainText(buffer->adapter, event.plainText, buffer->texts + event.textStart,
-                                event.textLength, event.first, event.second);
+// The texts that belong to the event: up to the next run's, or to the end.
+void deliverPlainTexts(const Buffer* buffer, const CachedEvent& event) {
+    const HeldPlainText* end = buffer->plainTexts + event.first + event.second;
+    for (const HeldPlainText* held = buffer->plainTexts + event.first; held < end; ++held) {
+        DocHandlerAdapter_plainText(buffer->adapter, held->plan, buffer->texts + held->textStart,
+                                    held->length, held->startBit, held->endBit);
+    }
 }
 
 void deliverError(DocHandlerAdapter* adapter, ProcessingError* error) {
@@ -143,8 +163,8 @@ void handOn(Buffer* next, CachedEvent* event) {
 
 // One event out of a buffer that need not hold it any more.
 void pass(Buffer* buffer, CachedEvent* event) {
-    if (event->kind == EVENT_PLAIN_TEXT) {
-        deliverPlainText(buffer, *event);
+    if (event->kind == EVENT_PLAIN_TEXTS) {
+        deliverPlainTexts(buffer, *event);
     } else if (buffer->adapter != nullptr) {
         deliver(buffer->adapter, event);
     } else if (buffer->chainedBuffer != nullptr) {
@@ -224,6 +244,7 @@ void delete_DocHandlerEventBuffer(DocHandlerEventBuffer* this_) {
     if (this_ == nullptr) return;
     DocHandlerEventBuffer_discardEventsAfterIndex(this_, 0);
     delete_ArrayList(this_->events);
+    if (this_->plainTexts != nullptr) DFDLHeapAdapter_arrayDeallocate(this_->heap, this_->plainTexts);
     if (this_->texts != nullptr) DFDLHeapAdapter_arrayDeallocate(this_->heap, this_->texts);
     DFDLHeapAdapter_objectDeallocate(this_->heap, this_);
 }
@@ -254,25 +275,25 @@ void DocHandlerEventBuffer_defer(DocHandlerEventBuffer* this_, CachedEventKind k
                                  int64_t position) {
     Value owned(value);
     enter(this_, [&owned, kind, position]() -> CachedEvent {
-        return {nullptr, 0,    nullptr,  0, nullptr, nullptr, owned.release(),
-                nullptr, kind, position, 0, nullptr, 0,       0};
+        return {nullptr, 0, nullptr, 0, nullptr, nullptr, owned.release(), nullptr, kind, position, 0};
     });
+}
+
+UChar* DocHandlerEventBuffer_roomForText(DocHandlerEventBuffer* this_, int64_t units) {
+    grow(this_->heap, &this_->texts, this_->textUnits, &this_->textCapacity, this_->textUnits + units);
+    return this_->texts + this_->textUnits;
 }
 
 void DocHandlerEventBuffer_holdPlainText(DocHandlerEventBuffer* this_, const PlainText* plan,
                                          const UChar* chars, int32_t length, int64_t startBit,
                                          int64_t endBit) {
-    const int64_t units = length == NIL_TEXT ? 0 : static_cast<int64_t>(length) + 1;
-    makeRoomForText(this_, units);
-    CachedEvent* event = append(this_);
-    event->kind = EVENT_PLAIN_TEXT;
-    event->plainText = plan;
-    event->first = startBit;
-    event->second = endBit;
-    event->textStart = this_->textUnits;
-    event->textLength = length;
-    std::copy_n(chars, units, this_->texts + this_->textUnits);
-    this_->textUnits += units;
+    grow(this_->heap, &this_->plainTexts, this_->plainTextCount, &this_->plainTextCapacity,
+         this_->plainTextCount + 1);
+    if (this_->runIsOpen == 0) openRun(this_);
+    const int64_t textStart = length == NIL_TEXT ? this_->textUnits : chars - this_->texts;
+    this_->plainTexts[this_->plainTextCount++] = {plan, startBit, endBit, textStart, length};
+    if (length != NIL_TEXT) this_->textUnits = textStart + length + 1;
+    ++eventAt(this_, this_->events->count - 1)->second;
 }
 
 void DocHandlerEventBuffer_recoverableError(DocHandlerEventBuffer* this_, const ProcessingError* record) {
@@ -281,7 +302,7 @@ void DocHandlerEventBuffer_recoverableError(DocHandlerEventBuffer* this_, const 
     Error owned(ProcessingError_clone(record, this_->heap));
     enter(this_, [&owned]() -> CachedEvent {
         return {nullptr, 0, nullptr, 0, nullptr, nullptr, nullptr, owned.release(), EVENT_RECOVERABLE_ERROR,
-                0,       0, nullptr, 0, 0};
+                0,       0};
     });
 }
 
@@ -321,6 +342,7 @@ DHCheckPoint* DocHandlerEventBuffer_getCheckPoint(DocHandlerEventBuffer* this_) 
     checkPoint->buffer = this_;
     checkPoint->eventCount = this_->events->count;
     ++this_->holdLevel;
+    this_->runIsOpen = 0;
     return checkPoint;
 }
 
@@ -348,9 +370,10 @@ void DocHandlerEventBuffer_flush(DocHandlerEventBuffer* this_) {
 void DocHandlerEventBuffer_discardEventsAfterIndex(DocHandlerEventBuffer* this_, int32_t index) {
     while (this_->events->count > index) {
         auto* event = ArrayList_popPointer<CachedEvent>(this_->events);
-        if (event->kind == EVENT_PLAIN_TEXT) this_->textUnits = event->textStart;
+        if (event->kind == EVENT_PLAIN_TEXTS) forgetRun(this_, *event);
         CachedEventPooler_release(pools(this_), event);
     }
+    if (this_->events->count == 0) this_->textUnits = 0;
 }
 
 void DocHandlerEventBuffer_discardEmptyComplexElement(DocHandlerEventBuffer* this_) {

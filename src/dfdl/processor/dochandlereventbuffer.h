@@ -23,9 +23,14 @@ struct DocHandlerEventBuffer {
     int32_t holdLevel;                     // open checkpoints
     DocHandlerAdapter* adapter;            // root only
     DocHandlerEventBuffer* chainedBuffer;  // proxy only
-    UChar* texts;                          // of held plain texts, one behind the other, each with a zero
+    // Plain texts that wait. A run of them is one event of the list; it ends where a check point is taken.
+    HeldPlainText* plainTexts;
+    int64_t plainTextCount;
+    int64_t plainTextCapacity;
+    UChar* texts;  // one behind the other, each with a zero
     int64_t textUnits;
     int64_t textCapacity;
+    uint32_t runIsOpen;  // the last event is a run that may grow
 };
 
 DocHandlerEventBuffer* new_DocHandlerEventBuffer(DFDLHeapAdapter* heap);
@@ -77,18 +82,20 @@ inline void DocHandlerEventBuffer_elementValue(DocHandlerEventBuffer* this_, DFD
         DocHandlerEventBuffer_defer(this_, EVENT_VALUE, value, 0);
     }
 }
-// A simple text element at once, for the short roads. Root buffers only; the plan outlives the document, the
-// characters, which end with a zero, are copied if the event has to wait.
+// A simple text element at once, for the short roads. Root buffers only; the plan outlives the document.
+// While the buffer holds, the characters must stand where roomForText has said; a nil element has none.
+UChar* DocHandlerEventBuffer_roomForText(DocHandlerEventBuffer* this_, int64_t units);
 void DocHandlerEventBuffer_holdPlainText(DocHandlerEventBuffer* this_, const PlainText* plan,
                                          const UChar* chars, int32_t length, int64_t startBit,
                                          int64_t endBit);
+inline bool DocHandlerEventBuffer_holds(const DocHandlerEventBuffer* this_) { return this_->holdLevel > 0; }
 inline void DocHandlerEventBuffer_plainText(DocHandlerEventBuffer* this_, const PlainText* plan,
                                             const UChar* chars, int32_t length, int64_t startBit,
                                             int64_t endBit) {
-    if (this_->holdLevel < 1) {
-        DocHandlerAdapter_plainText(this_->adapter, plan, chars, length, startBit, endBit);
-    } else {
+    if (DocHandlerEventBuffer_holds(this_)) {
         DocHandlerEventBuffer_holdPlainText(this_, plan, chars, length, startBit, endBit);
+    } else {
+        DocHandlerAdapter_plainText(this_->adapter, plan, chars, length, startBit, endBit);
     }
 }
 inline void DocHandlerEventBuffer_elementNilValue(DocHandlerEventBuffer* this_) {

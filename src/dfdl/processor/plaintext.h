@@ -15,6 +15,15 @@ struct PlainText {
     int32_t namespaceId;
 };
 
+// One such element that waits.
+struct HeldPlainText {
+    const PlainText* plan;
+    int64_t startBit;
+    int64_t endBit;
+    int64_t textStart;  // units; in the buffer's store of texts
+    int32_t length;     // units, or NIL_TEXT
+};
+
 inline constexpr int32_t NIL_TEXT = -1;  // in place of the length: the element is nil
 
 #endif
