@@ -73,13 +73,15 @@ DFDLCharset* charsetOf(Run* run, const RowPlan& plan) {
 }
 
 // False, with nothing done, if the field needs the general road.
+bool deliverEmpty(const Run* run, const RowPlan& plan, int64_t startBit) {
+    if (plan.emptyField == EMPTY_IS_NIL)
+        DocHandlerEventBuffer_plainText(run->iterator->eventBuffer, &plan.plainText, nullptr, NIL_TEXT,
+                                        startBit, startBit);
+    return plan.emptyField != EMPTY_IS_GENERAL;
+}
+
 bool deliver(Run* run, const RowPlan& plan, const uint8_t* bytes, int64_t length, int64_t startBit) {
-    if (length == 0) {
-        if (plan.emptyField == EMPTY_IS_NIL)
-            DocHandlerEventBuffer_plainText(run->iterator->eventBuffer, &plan.plainText, nullptr, NIL_TEXT,
-                                            startBit, startBit);
-        return plan.emptyField != EMPTY_IS_GENERAL;
-    }
+    if (length == 0) return deliverEmpty(run, plan, startBit);
     DFDLCharset* charset = charsetOf(run, plan);
     return charset != nullptr && PlainTextRun_deliver(run->iterator, plan, charset, bytes, length, startBit);
 }
@@ -92,13 +94,13 @@ const CompiledDFDLStringLiteral* takeShortField(Run* run, const RowPlan& plan, c
                                                 const uint8_t* start, int64_t startBit, int64_t* length) {
     if (set->finder.distinct > 4 || run->end - start < PLAIN_BLOCK) return nullptr;
     const __m128i block = _mm_loadu_si128(reinterpret_cast<const __m128i*>(start));
-    __m128i hits = _mm_setzero_si128();
-    for (int i = 0; i < 4; ++i) {
+    __m128i hits = _mm_cmpeq_epi8(block, _mm_set1_epi8(static_cast<char>(set->finder.wanted[0])));
+    for (int i = 1; i < set->finder.distinct; ++i) {
         const __m128i wanted = _mm_set1_epi8(static_cast<char>(set->finder.wanted[i]));
         hits = _mm_or_si128(hits, _mm_cmpeq_epi8(block, wanted));
     }
     const auto mask = static_cast<uint32_t>(_mm_movemask_epi8(hits));
-    if (mask == 0 || (mask & 1) != 0) return nullptr;
+    if (mask == 0) return nullptr;
     const int end = __builtin_ctz(mask);
     const CompiledDFDLStringLiteral* delimiter = set->sole[start[end]];
     if (delimiter == nullptr || delimiter->byteLength != 1) return nullptr;
@@ -130,9 +132,11 @@ bool takeField(Run* run, const RowPlan& plan) {
     const uint8_t* start = run->position + run->separatorLength;
     const int64_t startByte = run->positionByte + run->separatorLength;
     int64_t length = 0;
-    const CompiledDFDLStringLiteral* delimiter =
-        takeShortField(run, plan, set, start, 8 * startByte, &length);
-    if (delimiter == nullptr) {
+    const CompiledDFDLStringLiteral* delimiter = set->sole[*start];
+    if (delimiter != nullptr && delimiter->byteLength == 1) {
+        if (!deliverEmpty(run, plan, 8 * startByte)) return false;
+    } else if (delimiter = takeShortField(run, plan, set, start, 8 * startByte, &length);
+               delimiter == nullptr) {
         const uint8_t* end = findDelimiter(set, start, run->end, &delimiter);
         if (end == nullptr) return false;
         length = end - start;

@@ -32,11 +32,19 @@ void giveBack(DFDLValue* value) { DFDLPoolingFactory_releaseDFDLValue(value->hea
 using Value = Owned<DFDLValue, giveBack>;
 using Error = Owned<ProcessingError, delete_ProcessingError>;
 
+// How many texts an open run has is written down when it ends.
+void closeRun(Buffer* buffer) {
+    if (buffer->runIsOpen == 0) return;
+    buffer->runIsOpen = 0;
+    CachedEvent* run = eventAt(buffer, buffer->events->count - 1);
+    run->second = buffer->plainTextCount - run->first;
+}
+
 // An empty event at the end of the list.
 CachedEvent* append(Buffer* buffer) {
     CachedEvent* event = CachedEventPooler_get(pools(buffer));
+    closeRun(buffer);
     ArrayList_addPointer(buffer->events, event);
-    buffer->runIsOpen = 0;
     return event;
 }
 
@@ -53,19 +61,10 @@ void grow(DFDLHeapAdapter* heap, T** store, int64_t used, int64_t* capacity, int
     *capacity = larger;
 }
 
-void openRun(Buffer* buffer) {
-    CachedEvent* run = append(buffer);
-    run->kind = EVENT_PLAIN_TEXTS;
-    run->first = buffer->plainTextCount;
-    run->second = 0;
-    buffer->runIsOpen = 1;
-}
-
 // Its texts are the last that wait.
 void forgetRun(Buffer* buffer, const CachedEvent& run) {
     if (run.second > 0) buffer->textUnits = buffer->plainTexts[run.first].textStart;
     buffer->plainTextCount = run.first;
-    buffer->runIsOpen = 0;
 }
 
 CachedEvent eventOf(CachedEventKind kind, const DFDLUString* designator, int64_t first, int64_t second) {
@@ -279,21 +278,19 @@ void DocHandlerEventBuffer_defer(DocHandlerEventBuffer* this_, CachedEventKind k
     });
 }
 
-UChar* DocHandlerEventBuffer_roomForText(DocHandlerEventBuffer* this_, int64_t units) {
+void DocHandlerEventBuffer_growTexts(DocHandlerEventBuffer* this_, int64_t units) {
     grow(this_->heap, &this_->texts, this_->textUnits, &this_->textCapacity, this_->textUnits + units);
-    return this_->texts + this_->textUnits;
 }
 
-void DocHandlerEventBuffer_holdPlainText(DocHandlerEventBuffer* this_, const PlainText* plan,
-                                         const UChar* chars, int32_t length, int64_t startBit,
-                                         int64_t endBit) {
+void DocHandlerEventBuffer_openRun(DocHandlerEventBuffer* this_) {
     grow(this_->heap, &this_->plainTexts, this_->plainTextCount, &this_->plainTextCapacity,
          this_->plainTextCount + 1);
-    if (this_->runIsOpen == 0) openRun(this_);
-    const int64_t textStart = length == NIL_TEXT ? this_->textUnits : chars - this_->texts;
-    this_->plainTexts[this_->plainTextCount++] = {plan, startBit, endBit, textStart, length};
-    if (length != NIL_TEXT) this_->textUnits = textStart + length + 1;
-    ++eventAt(this_, this_->events->count - 1)->second;
+    if (this_->runIsOpen != 0) return;
+    CachedEvent* run = append(this_);
+    run->kind = EVENT_PLAIN_TEXTS;
+    run->first = this_->plainTextCount;
+    run->second = -1;
+    this_->runIsOpen = 1;
 }
 
 void DocHandlerEventBuffer_recoverableError(DocHandlerEventBuffer* this_, const ProcessingError* record) {
@@ -342,7 +339,7 @@ DHCheckPoint* DocHandlerEventBuffer_getCheckPoint(DocHandlerEventBuffer* this_) 
     checkPoint->buffer = this_;
     checkPoint->eventCount = this_->events->count;
     ++this_->holdLevel;
-    this_->runIsOpen = 0;
+    closeRun(this_);
     return checkPoint;
 }
 
@@ -363,11 +360,13 @@ void DocHandlerEventBuffer_releaseCheckPoint(DocHandlerEventBuffer* this_, DHChe
 
 void DocHandlerEventBuffer_flush(DocHandlerEventBuffer* this_) {
     this_->holdLevel = 0;
+    closeRun(this_);
     const ScopeExit empty([this_] { DocHandlerEventBuffer_discardEventsAfterIndex(this_, 0); });
     for (int32_t index = 0; index < this_->events->count; ++index) pass(this_, eventAt(this_, index));
 }
 
 void DocHandlerEventBuffer_discardEventsAfterIndex(DocHandlerEventBuffer* this_, int32_t index) {
+    closeRun(this_);
     while (this_->events->count > index) {
         auto* event = ArrayList_popPointer<CachedEvent>(this_->events);
         if (event->kind == EVENT_PLAIN_TEXTS) forgetRun(this_, *event);

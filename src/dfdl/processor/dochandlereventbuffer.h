@@ -84,11 +84,25 @@ inline void DocHandlerEventBuffer_elementValue(DocHandlerEventBuffer* this_, DFD
 }
 // A simple text element at once, for the short roads. Root buffers only; the plan outlives the document.
 // While the buffer holds, the characters must stand where roomForText has said; a nil element has none.
-UChar* DocHandlerEventBuffer_roomForText(DocHandlerEventBuffer* this_, int64_t units);
-void DocHandlerEventBuffer_holdPlainText(DocHandlerEventBuffer* this_, const PlainText* plan,
-                                         const UChar* chars, int32_t length, int64_t startBit,
-                                         int64_t endBit);
+void DocHandlerEventBuffer_growTexts(DocHandlerEventBuffer* this_, int64_t units);
+inline UChar* DocHandlerEventBuffer_roomForText(DocHandlerEventBuffer* this_, int64_t units) {
+    if (this_->textCapacity - this_->textUnits < units) DocHandlerEventBuffer_growTexts(this_, units);
+    return this_->texts + this_->textUnits;
+}
+void DocHandlerEventBuffer_openRun(DocHandlerEventBuffer* this_);  // or lets the open one grow
 inline bool DocHandlerEventBuffer_holds(const DocHandlerEventBuffer* this_) { return this_->holdLevel > 0; }
+inline void DocHandlerEventBuffer_holdPlainText(DocHandlerEventBuffer* this_, const PlainText* plan,
+                                                const UChar* chars, int32_t length, int64_t startBit,
+                                                int64_t endBit) {
+    if (this_->runIsOpen == 0 || this_->plainTextCount == this_->plainTextCapacity)
+        DocHandlerEventBuffer_openRun(this_);
+    int64_t textStart = this_->textUnits;
+    if (length != NIL_TEXT) {
+        textStart = chars - this_->texts;
+        this_->textUnits = textStart + length + 1;
+    }
+    this_->plainTexts[this_->plainTextCount++] = {plan, startBit, endBit, textStart, length};
+}
 inline void DocHandlerEventBuffer_plainText(DocHandlerEventBuffer* this_, const PlainText* plan,
                                             const UChar* chars, int32_t length, int64_t startBit,
                                             int64_t endBit) {
