@@ -25,8 +25,9 @@ class RandomMessage {
     void describe(GrammarHandle root) {
         encoding_ = std::array{"UTF-8", "UTF-8", "ISO-8859-1", "US-ASCII",
                                "Shift_JIS"}[static_cast<size_t>(below(5))];
-        auto record = root.complexElement("g").encoding(encoding_).terminator(below(2) == 0 ? "%NL;" : "|");
-        const std::string end = below(2) == 0 ? "\n" : "|";
+        const bool lines = below(2) == 0;
+        auto record = root.complexElement("g").encoding(encoding_).terminator(lines ? "%NL;" : "|");
+        const std::string end = !lines ? "|" : below(2) == 0 ? "\n" : "\r\n";
         record.occurs(below(2), -1);
         below(2) == 0 ? record.occursImplicit() : record.occursParsed();
         const std::string template_ = group(record, 0);
@@ -53,20 +54,26 @@ class RandomMessage {
             if (depth == 0 && below(6) == 0) {
                 result += group(members, 1);
             } else {
-                field(members);
+                const bool array = below(4) == 0;
+                field(members, array);
                 result += '*';
+                for (int more = array ? below(5) : 0; more > 0; --more) result += separator + "*";
             }
         }
         return result;
     }
 
-    void field(GrammarHandle parent) {
+    void field(GrammarHandle parent, bool array) {
         auto text = parent.text("f" + std::to_string(fields_++)).delimited().encoding(encoding_);
         if (below(4) == 0) text.trimBoth("%SP;");
         if (below(5) == 0) text.escapeBlock("\"", "\"", below(2) == 0 ? "\"" : "");
         if (below(7) == 0) text.escapeCharacter("?", below(2) == 0 ? "?" : "");
         if (below(8) == 0) text.nilLiteral(below(2) == 0 ? "x %ES;" : "%ES;");
         if (below(3) != 0) text.occurs(0, 1).occursImplicit();
+        if (array) {
+            text.occurs(below(3), below(2) == 0 ? -1 : 4);
+            below(2) == 0 ? text.occursImplicit() : text.occursParsed();
+        }
     }
 
     std::string expand(const std::string& pattern) {

@@ -12,12 +12,16 @@
 #include "dfdl/framework/bytefinder.h"
 #include "dfdl/framework/compileddfdlstringliteral.h"
 #include "dfdl/framework/compiledmarkupset.h"
+#include "dfdl/framework/linkedlistcompileddfdlstringliteral.h"
 #include "dfdl/pif/groupmembertable.h"
 #include "dfdl/pifiterator/pifiteratorforparser.h"
 #include "dfdl/pifiterator/plaintextrun.h"
 #include "dfdl/processor/dochandlereventbuffer.h"
 
 namespace {
+
+// Occurrences are counted in 32 bits; whoever has more takes the general road.
+constexpr int32_t MAX_PLAIN_OCCURRENCES = 1000000000;
 
 // The bytes at hand. `position` stands behind the last field that was taken, at its delimiter.
 struct Run {
@@ -27,7 +31,7 @@ struct Run {
     const uint8_t* end;
     int64_t positionByte;                        // in the document
     const CompiledDFDLStringLiteral* delimiter;  // at position; null before the first field
-    int32_t separatorLength;                     // to be passed before the next field
+    int32_t delimiterLength;                     // bytes, to be passed before the next field
     DFDLCharset* charset;                        // of the last field
     int32_t encodingIndex;                       // of the charset
 };
@@ -37,29 +41,61 @@ bool standsAt(const CompiledDFDLStringLiteral* literal, const uint8_t* bytes) {
     return std::equal(bytes, bytes + part->byteCount, part->exactBytes);
 }
 
-// The field's bytes end where a delimiter in scope begins, if that can be told from the bytes alone: null if
-// not, because an escape, a class of characters or the end of what is loaded comes first.
+// The bytes that a delimiter takes which is one class of characters and nothing more, such as %NL;. 0 if it
+// is of another kind, does not stand here, or could go on beyond the bytes at hand.
+int32_t lengthOfClass(const CompiledDFDLStringLiteral* literal, const uint8_t* bytes, const uint8_t* end) {
+    if (ArrayList_size(literal->parts) != 1 || literal->byteLength > end - bytes) return 0;
+    const auto* part = ArrayList_getPointer<CompiledStringPart>(literal->parts, 0);
+    if (part->kind != COMPILED_CLASS || part->repeating || part->optional) return 0;
+    for (int32_t i = 0; i < ArrayList_size(part->alternatives); ++i) {
+        const auto* form = ArrayList_getPointer<MnemonicPart>(part->alternatives, i);
+        if (std::equal(form->bytes, form->bytes + form->length, bytes)) return form->length;
+    }
+    return 0;
+}
+
+struct Delimiter {
+    const CompiledDFDLStringLiteral* literal;  // null: none that can be told from the bytes alone
+    int32_t length;                            // bytes
+};
+
+constexpr Delimiter UNKNOWN = {nullptr, 0};
+
+// What begins at a byte that can begin a delimiter or an escape. `plain` is set if nothing does.
+Delimiter delimiterAt(const CompiledMarkupSet* set, const uint8_t* at, const uint8_t* end, bool* plain) {
+    const CompiledDFDLStringLiteral* literal = set->sole[*at];
+    *plain = false;
+    if (literal != nullptr) {
+        if (literal->byteLength > end - at) return UNKNOWN;
+        if (literal->byteLength == 1 || standsAt(literal, at)) return {literal, literal->byteLength};
+        *plain = true;
+        return UNKNOWN;
+    }
+    const LinkedListOfLiterals* list = set->lists[*at];
+    *plain = list == nullptr;  // an escape, which the caller knows about
+    if (list == nullptr || list->next != nullptr || set->usesEscapeCharacter) return UNKNOWN;
+    const int32_t length = lengthOfClass(list->literal, at, end);
+    return length > 0 ? Delimiter{list->literal, length} : UNKNOWN;
+}
+
+// Where the field's bytes end, if that can be told from the bytes alone: null if not, because an escape, a
+// delimiter of varying form or the end of what is loaded comes first.
 const uint8_t* findDelimiter(const CompiledMarkupSet* set, const uint8_t* start, const uint8_t* end,
-                             const CompiledDFDLStringLiteral** delimiter) {
+                             Delimiter* delimiter) {
     for (const uint8_t* at = start; at < end; ++at) {
         at += ByteFinder_find(&set->finder, at, end - at);
         if (at == end) return nullptr;
-        const CompiledDFDLStringLiteral* literal = set->sole[*at];
-        if (literal != nullptr) {
-            if (literal->byteLength > end - at) return nullptr;
-            if (literal->byteLength == 1 || standsAt(literal, at)) {
-                *delimiter = literal;
-                return at;
-            }
-        } else if (set->lists[*at] != nullptr || set->usesEscapeCharacter || at == start) {
-            return nullptr;
-        }
+        bool plain = false;
+        *delimiter = delimiterAt(set, at, end, &plain);
+        if (delimiter->literal != nullptr) return at;
+        const bool startsEscape = set->usesEscapeCharacter || (set->usesEscapeBlock && at == start);
+        if (!plain || startsEscape) return nullptr;
     }
     return nullptr;
 }
 
 const CompiledMarkupSet* markupSetOf(const Run& run, const RowPlan& plan) {
-    const bool known = plan.isPlainField != 0 && plan.memoParentSetId == run.group->markupSetId &&
+    const bool known = plan.isPlainField != PLAIN_NONE && plan.memoParentSetId == run.group->markupSetId &&
                        plan.compiledSet != nullptr && plan.compiledSetId == plan.memoMarkupSetId;
     return known ? plan.compiledSet : nullptr;
 }
@@ -72,16 +108,15 @@ DFDLCharset* charsetOf(Run* run, const RowPlan& plan) {
     return run->charset;
 }
 
-// False, with nothing done, if the field needs the general road.
-bool deliverEmpty(const Run* run, const RowPlan& plan, int64_t startBit) {
-    if (plan.emptyField == EMPTY_IS_NIL)
+// Both: false, with nothing done, if the field needs the general road.
+bool deliverEmpty(const Run* run, const RowPlan& plan, EmptyField empty, int64_t startBit) {
+    if (empty == EMPTY_IS_NIL)
         DocHandlerEventBuffer_plainText(run->iterator->eventBuffer, &plan.plainText, nullptr, NIL_TEXT,
                                         startBit, startBit);
-    return plan.emptyField != EMPTY_IS_GENERAL;
+    return empty != EMPTY_IS_GENERAL;
 }
 
 bool deliver(Run* run, const RowPlan& plan, const uint8_t* bytes, int64_t length, int64_t startBit) {
-    if (length == 0) return deliverEmpty(run, plan, startBit);
     DFDLCharset* charset = charsetOf(run, plan);
     return charset != nullptr && PlainTextRun_deliver(run->iterator, plan, charset, bytes, length, startBit);
 }
@@ -90,9 +125,9 @@ bool deliver(Run* run, const RowPlan& plan, const uint8_t* bytes, int64_t length
 
 // Most fields are shorter than a block: their end is found, and their text is decoded, in one look at it. The
 // delimiter that ends the field; null, with nothing done, if the field is not of this kind.
-const CompiledDFDLStringLiteral* takeShortField(Run* run, const RowPlan& plan, const CompiledMarkupSet* set,
-                                                const uint8_t* start, int64_t startBit, int64_t* length) {
-    if (set->finder.distinct > 4 || run->end - start < PLAIN_BLOCK) return nullptr;
+Delimiter takeShortField(Run* run, const RowPlan& plan, const CompiledMarkupSet* set, const uint8_t* start,
+                         int64_t startBit, int64_t* length) {
+    if (set->finder.distinct > MOST_VECTOR_BYTES || run->end - start < PLAIN_BLOCK) return UNKNOWN;
     const __m128i block = _mm_loadu_si128(reinterpret_cast<const __m128i*>(start));
     __m128i hits = _mm_cmpeq_epi8(block, _mm_set1_epi8(static_cast<char>(set->finder.wanted[0])));
     for (int i = 1; i < set->finder.distinct; ++i) {
@@ -100,13 +135,14 @@ const CompiledDFDLStringLiteral* takeShortField(Run* run, const RowPlan& plan, c
         hits = _mm_or_si128(hits, _mm_cmpeq_epi8(block, wanted));
     }
     const auto mask = static_cast<uint32_t>(_mm_movemask_epi8(hits));
-    if (mask == 0) return nullptr;
+    if (mask == 0 || (mask & 1) != 0) return UNKNOWN;
     const int end = __builtin_ctz(mask);
-    const CompiledDFDLStringLiteral* delimiter = set->sole[start[end]];
-    if (delimiter == nullptr || delimiter->byteLength != 1) return nullptr;
+    bool plain = false;
+    const Delimiter delimiter = delimiterAt(set, start + end, run->end, &plain);
+    if (delimiter.literal == nullptr) return UNKNOWN;
     const auto notASCII = static_cast<uint32_t>(_mm_movemask_epi8(block)) & ((1U << end) - 1);
     const DFDLCharset* charset = charsetOf(run, plan);
-    if (notASCII != 0 || charset == nullptr || charset->road != ROAD_ASCII) return nullptr;
+    if (notASCII != 0 || charset == nullptr || charset->road != ROAD_ASCII) return UNKNOWN;
     UChar* target = PlainTextRun_target(run->iterator, end);
     const __m128i zero = _mm_setzero_si128();
     _mm_storeu_si128(reinterpret_cast<__m128i*>(target), _mm_unpacklo_epi8(block, zero));
@@ -118,34 +154,34 @@ const CompiledDFDLStringLiteral* takeShortField(Run* run, const RowPlan& plan, c
 
 #else
 
-const CompiledDFDLStringLiteral* takeShortField(Run*, const RowPlan&, const CompiledMarkupSet*,
-                                                const uint8_t*, int64_t, int64_t*) {
-    return nullptr;
+Delimiter takeShortField(Run*, const RowPlan&, const CompiledMarkupSet*, const uint8_t*, int64_t, int64_t*) {
+    return UNKNOWN;
 }
 
 #endif
 
 // Takes one field. False, with nothing moved, if it needs the general road.
-bool takeField(Run* run, const RowPlan& plan) {
+bool takeField(Run* run, const RowPlan& plan, EmptyField empty) {
     const CompiledMarkupSet* set = markupSetOf(*run, plan);
-    if (set == nullptr || run->end - run->position <= run->separatorLength) return false;
-    const uint8_t* start = run->position + run->separatorLength;
-    const int64_t startByte = run->positionByte + run->separatorLength;
+    if (set == nullptr || run->end - run->position <= run->delimiterLength) return false;
+    const uint8_t* start = run->position + run->delimiterLength;
+    const int64_t startByte = run->positionByte + run->delimiterLength;
     int64_t length = 0;
-    const CompiledDFDLStringLiteral* delimiter = set->sole[*start];
-    if (delimiter != nullptr && delimiter->byteLength == 1) {
-        if (!deliverEmpty(run, plan, 8 * startByte)) return false;
-    } else if (delimiter = takeShortField(run, plan, set, start, 8 * startByte, &length);
-               delimiter == nullptr) {
+    Delimiter delimiter = UNKNOWN;
+    if (set->firstBytes[*start] == 0)
+        delimiter = takeShortField(run, plan, set, start, 8 * startByte, &length);
+    if (delimiter.literal == nullptr) {
         const uint8_t* end = findDelimiter(set, start, run->end, &delimiter);
         if (end == nullptr) return false;
         length = end - start;
-        if (!deliver(run, plan, start, length, 8 * startByte)) return false;
+        const bool delivered = length == 0 ? deliverEmpty(run, plan, empty, 8 * startByte)
+                                           : deliver(run, plan, start, length, 8 * startByte);
+        if (!delivered) return false;
     }
     run->positionByte = startByte + length;
     run->position = start + length;
-    run->delimiter = delimiter;
-    run->separatorLength = delimiter->byteLength;
+    run->delimiter = delimiter.literal;
+    run->delimiterLength = delimiter.length;
     return true;
 }
 
@@ -161,7 +197,7 @@ bool findStart(Run* run) {
     const MarkupInfo* markup = PIFIteratorForParser_getScannedMarkup(run->iterator);
     if (markup == nullptr || markup->row != group->row || markup->literal->kind != MARKUP_SEPARATOR)
         return false;
-    run->separatorLength = static_cast<int32_t>(markup->length);
+    run->delimiterLength = static_cast<int32_t>(markup->length);
     return true;
 }
 
@@ -187,9 +223,56 @@ void commit(const Run& run) {
     const ContextItem* owner = run.group;
     for (int32_t level = run.delimiter->level; level > 1 && owner->parent != nullptr; --level)
         owner = owner->parent;
-    iterator->markupInfo = {owner->row, run.delimiter, run.delimiter->byteLength};
+    iterator->markupInfo = {owner->row, run.delimiter, run.delimiterLength};
     iterator->scannedMarkup = &iterator->markupInfo;
     iterator->scannedAt = run.positionByte;
+}
+
+// Members that occur once each.
+const GroupMemberTableRow* takeMembers(Run* run, const GroupMemberTableRow* row) {
+    const RowPlan* plans = run->iterator->plans;
+    while (row != nullptr && plans[row->rowIndex].isPlainField == PLAIN_SINGLE &&
+           takeField(run, plans[row->rowIndex], plans[row->rowIndex].emptyField)) {
+        row = row->nextSibling;
+        if (!isOwnSeparator(run->delimiter)) break;
+    }
+    return row;
+}
+
+// Further occurrences of the member that the general road has begun; how many have been taken.
+int32_t takeOccurrences(Run* run, ContextItemForParser* member) {
+    const GroupMemberTableRow* row = member->row;
+    const RowPlan& plan = *member->plan;
+    int32_t taken = 0;
+    while (member->occurrences < MAX_PLAIN_OCCURRENCES &&
+           (row->effectiveMaxOccurs < 0 || member->occurrences < row->effectiveMaxOccurs)) {
+        const EmptyField empty = plan.emptyField == EMPTY_IS_GENERAL && member->occurrences >= row->min_occurs
+                                     ? EMPTY_IS_ABSENT
+                                     : plan.emptyField;
+        if (!takeField(run, plan, empty)) break;
+        ContextItem_incrementOccurrences(member);
+        ++taken;
+        if (!isOwnSeparator(run->delimiter)) break;
+    }
+    return taken;
+}
+
+void runOccurrences(Run* run, ContextItemForParser* group) {
+    ContextItemForParser* member = group->selectedChild;
+    if (takeOccurrences(run, member) == 0)
+        return PlainTextRun_resumeAt(run->iterator, group, member->row, false);
+    // The general road asks anew whether the array goes on.
+    member->emptyOccurrences = 0;
+    commit(*run);
+}
+
+void runMembers(Run* run, ContextItemForParser* group, const GroupMemberTableRow* first) {
+    const GroupMemberTableRow* row = takeMembers(run, first);
+    if (row != first) {
+        commit(*run);
+        group->firstMember = 0;
+    }
+    PlainTextRun_resumeAt(run->iterator, group, row, row != first);
 }
 
 }  // namespace
@@ -199,14 +282,8 @@ void PIFIteratorForParser_runPlainFields(PIFIteratorForParser* this_, ContextIte
     Run run = startRun(this_, group);
     if (run.end == run.position || !findStart(&run)) return;
     const GroupMemberTableRow* first = PIFIteratorForParser_nextCandidate(this_, group);
-    const GroupMemberTableRow* row = first;
-    while (row != nullptr && takeField(&run, this_->plans[row->rowIndex])) {
-        row = row->nextSibling;
-        if (!isOwnSeparator(run.delimiter)) break;
-    }
-    if (row != first) {
-        commit(run);
-        group->firstMember = 0;
-    }
-    PlainTextRun_resumeAt(this_, group, row, row != first);
+    const ContextItemForParser* member = group->selectedChild;
+    if (member != nullptr && member->row == first && member->plan->isPlainField == PLAIN_ARRAY)
+        return runOccurrences(&run, group);
+    runMembers(&run, group, first);
 }

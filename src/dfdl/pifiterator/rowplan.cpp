@@ -178,10 +178,16 @@ bool isNilIfEmpty(const RowPlan& plan, const GroupMemberTableRow& row) {
     return literals != nullptr && DFDLUString_view(literals) == u"%ES;";
 }
 
-bool isPlainField(const RowPlan& plan, const GroupMemberTableRow& row) {
-    return isUnframedText(plan, row) && (plan.nilKind == NK_NONE || isNilIfEmpty(plan, row)) &&
-           plan.lengthKind == DELIMITED && plan.units != BITS && row.max_occurs == 1 &&
-           row.effectiveMaxOccurs == 1 && row.effectiveMinOccurs == row.min_occurs;
+PlainFieldKind plainFieldKind(const RowPlan& plan, const GroupMemberTableRow& row) {
+    const bool plain = isUnframedText(plan, row) && (plan.nilKind == NK_NONE || isNilIfEmpty(plan, row)) &&
+                       plan.lengthKind == DELIMITED && plan.units != BITS;
+    if (!plain) return PLAIN_NONE;
+    if (row.max_occurs == 1 && row.effectiveMaxOccurs == 1 && row.effectiveMinOccurs == row.min_occurs)
+        return PLAIN_SINGLE;
+    const bool open =
+        row.occursRow != nullptr && (row.flags & GM_NOT_SINGLE) != 0 &&
+        (row.occursRow->iOccursCountKind == OCK_PARSED || row.occursRow->iOccursCountKind == OCK_IMPLICIT);
+    return open ? PLAIN_ARRAY : PLAIN_NONE;
 }
 
 const UChar* charsOf(const DFDLUString* string) { return string == nullptr ? u"" : string->chars; }
@@ -212,11 +218,11 @@ RowPlan planRow(const GroupMemberTableRow& row) {
     plan.memoParentSetId = NO_MEMO;
     plan.nilKind = row.nilRow == nullptr ? NK_NONE : row.nilRow->iNilKind;
     plan.isPlainText = isPlainText(plan, row);
-    plan.isPlainField = isPlainField(plan, row);
-    plan.emptyField = isNilIfEmpty(plan, row)       ? EMPTY_IS_NIL
-                      : row.effectiveMinOccurs == 0 ? EMPTY_IS_ABSENT
-                                                    : EMPTY_IS_GENERAL;
-    if (plan.isPlainText != 0 || plan.isPlainField != 0) plan.plainText = planPlainText(row);
+    plan.isPlainField = plainFieldKind(plan, row);
+    plan.emptyField = isNilIfEmpty(plan, row)                                            ? EMPTY_IS_NIL
+                      : row.effectiveMinOccurs == 0 && plan.isPlainField == PLAIN_SINGLE ? EMPTY_IS_ABSENT
+                                                                                         : EMPTY_IS_GENERAL;
+    if (plan.isPlainText != 0 || plan.isPlainField != PLAIN_NONE) plan.plainText = planPlainText(row);
     return plan;
 }
 

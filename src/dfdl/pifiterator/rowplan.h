@@ -23,6 +23,9 @@ inline constexpr int32_t MOST_PLAIN_TEXT = 1000;
 // Bytes that are decoded at once; what is written behind a text, its zero included, stays below this.
 inline constexpr int32_t PLAIN_BLOCK = 16;
 
+// A delimited text that the short road may take.
+enum PlainFieldKind : uint8_t { PLAIN_NONE, PLAIN_SINGLE, PLAIN_ARRAY };
+
 // What a plain field without characters is.
 enum EmptyField : uint8_t { EMPTY_IS_GENERAL, EMPTY_IS_ABSENT, EMPTY_IS_NIL };
 
@@ -32,8 +35,8 @@ struct RowPlan {
     int32_t units;            // MLengthUnitsEnum
     int32_t encodingIndex;
     int32_t lengthKind;
-    uint8_t isPlainText;     // one occurrence of a text that the short road may take
-    uint8_t isPlainField;    // at most one occurrence of a delimited text that the short road may take
+    uint8_t isPlainText;  // one occurrence of a text that the short road may take
+    PlainFieldKind isPlainField;
     EmptyField emptyField;   // of a plain field
     uint8_t needsAlignment;  // an alignment row that has something to do
     TrimKind trim;
