@@ -60,8 +60,12 @@ struct BlockEnd {
     bool hidden;
 };
 
+// Most units are passed over with two comparisons.
 BlockEnd nextBlockEnd(View text, size_t at, View end, View escapeEscape) {
+    const char16_t firstOfEnd = end.front();
+    const char16_t firstOfEscape = escapeEscape.empty() ? firstOfEnd : escapeEscape.front();
     for (; at + end.size() <= text.size(); ++at) {
+        if (text[at] != firstOfEnd && text[at] != firstOfEscape) continue;
         const View rest = text.substr(at);
         const bool escaped = !escapeEscape.empty() && rest.starts_with(escapeEscape) &&
                              rest.substr(escapeEscape.size()).starts_with(end);
