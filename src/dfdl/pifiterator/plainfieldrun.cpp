@@ -78,11 +78,11 @@ Delimiter delimiterAt(const CompiledMarkupSet* set, const uint8_t* at, const uin
     return length > 0 ? Delimiter{list->literal, length} : UNKNOWN;
 }
 
-// Where the field's bytes end, if that can be told from the bytes alone: null if not, because an escape, a
-// delimiter of varying form or the end of what is loaded comes first.
-const uint8_t* findDelimiter(const CompiledMarkupSet* set, const uint8_t* start, const uint8_t* end,
-                             Delimiter* delimiter) {
-    for (const uint8_t* at = start; at < end; ++at) {
+// Where the field's bytes end, as far as from a place within it on, if that can be told from the bytes alone:
+// null if not, because an escape, a delimiter of varying form or the end of what is loaded comes first.
+const uint8_t* findDelimiter(const CompiledMarkupSet* set, const uint8_t* start, const uint8_t* from,
+                             const uint8_t* end, Delimiter* delimiter) {
+    for (const uint8_t* at = from; at < end; ++at) {
         at += ByteFinder_find(&set->finder, at, end - at);
         if (at == end) return nullptr;
         bool plain = false;
@@ -160,6 +160,63 @@ Delimiter takeShortField(Run*, const RowPlan&, const CompiledMarkupSet*, const u
 
 #endif
 
+// A block of the usual kind: each of its marks is one byte. Padding is trimmed before escapes are removed.
+bool startsBlock(const CompiledMarkupSet* set, const RowPlan& plan, uint8_t first) {
+    return set->usesEscapeBlock && set->blockStart.length == 1 && set->blockEnd.length == 1 &&
+           set->escapeEscapeCharacter.length <= 1 && first == set->blockStart.bytes[0] &&
+           plan.trim == TRIM_NONE;
+}
+
+// Whether an end of the block stands at a byte that is not the last, but is hidden.
+bool isHiddenEnd(const CompiledMarkupSet* set, const uint8_t* at) {
+    return set->escapeEscapeCharacter.length == 1 && at[0] == set->escapeEscapeCharacter.bytes[0] &&
+           at[1] == set->blockEnd.bytes[0];
+}
+
+// The end of the block that begins at `start`; null if it cannot be told from the bytes alone.
+const uint8_t* findBlockEnd(const CompiledMarkupSet* set, const uint8_t* start, const uint8_t* end) {
+    for (const uint8_t* at = start + 1; at < end; ++at) {
+        at += ByteFinder_find(&set->blockFinder, at, end - at);
+        if (end - at < 2) return nullptr;
+        if (isHiddenEnd(set, at)) {
+            ++at;
+        } else if (*at == set->blockEnd.bytes[0]) {
+            return at;
+        }
+    }
+    return nullptr;
+}
+
+// Removes the marks of a block from its decoded text, one unit for each byte. What stands behind it is kept.
+int64_t removeMarks(const CompiledMarkupSet* set, const uint8_t* bytes, int64_t blockEnd, int64_t length,
+                    UChar* text) {
+    int64_t kept = 0;
+    for (int64_t at = 1; at < blockEnd; ++at) {
+        if (isHiddenEnd(set, bytes + at)) ++at;
+        text[kept++] = text[at];
+    }
+    for (int64_t at = blockEnd + 1; at < length; ++at) text[kept++] = text[at];
+    text[kept] = 0;
+    return kept;
+}
+
+Delimiter takeBlock(Run* run, const RowPlan& plan, const CompiledMarkupSet* set, const uint8_t* start,
+                    int64_t startBit, int64_t* length) {
+    const uint8_t* blockEnd = findBlockEnd(set, start, run->end);
+    if (blockEnd == nullptr) return UNKNOWN;
+    Delimiter delimiter = UNKNOWN;
+    const uint8_t* end = findDelimiter(set, start, blockEnd + 1, run->end, &delimiter);
+    DFDLCharset* charset = charsetOf(run, plan);
+    if (end == nullptr || end - start > MOST_PLAIN_TEXT || charset == nullptr) return UNKNOWN;
+    *length = end - start;
+    UChar* text = PlainTextRun_target(run->iterator, *length);
+    if (!DFDLCharset_decodeDirectly(charset, start, *length, text)) return UNKNOWN;
+    const int64_t kept = removeMarks(set, start, blockEnd - start, *length, text);
+    DocHandlerEventBuffer_plainText(run->iterator->eventBuffer, &plan.plainText, text,
+                                    static_cast<int32_t>(kept), startBit, startBit + 8 * *length);
+    return delimiter;
+}
+
 // Takes one field. False, with nothing moved, if it needs the general road.
 bool takeField(Run* run, const RowPlan& plan, EmptyField empty) {
     const CompiledMarkupSet* set = markupSetOf(*run, plan);
@@ -168,10 +225,14 @@ bool takeField(Run* run, const RowPlan& plan, EmptyField empty) {
     const int64_t startByte = run->positionByte + run->delimiterLength;
     int64_t length = 0;
     Delimiter delimiter = UNKNOWN;
-    if (set->firstBytes[*start] == 0)
+    if (set->firstBytes[*start] == 0) {
         delimiter = takeShortField(run, plan, set, start, 8 * startByte, &length);
+    } else if (startsBlock(set, plan, *start)) {
+        delimiter = takeBlock(run, plan, set, start, 8 * startByte, &length);
+        if (delimiter.literal == nullptr) return false;
+    }
     if (delimiter.literal == nullptr) {
-        const uint8_t* end = findDelimiter(set, start, run->end, &delimiter);
+        const uint8_t* end = findDelimiter(set, start, start, run->end, &delimiter);
         if (end == nullptr) return false;
         length = end - start;
         const bool delivered = length == 0 ? deliverEmpty(run, plan, empty, 8 * startByte)
@@ -239,7 +300,7 @@ const GroupMemberTableRow* takeMembers(Run* run, const GroupMemberTableRow* row)
     return row;
 }
 
-// Further occurrences of the member that the general road has begun; how many have been taken.
+// Occurrences of an array; how many have been taken.
 int32_t takeOccurrences(Run* run, ContextItemForParser* member) {
     const GroupMemberTableRow* row = member->row;
     const RowPlan& plan = *member->plan;
@@ -257,12 +318,15 @@ int32_t takeOccurrences(Run* run, ContextItemForParser* member) {
     return taken;
 }
 
-void runOccurrences(Run* run, ContextItemForParser* group) {
+void runOccurrences(Run* run, ContextItemForParser* group, const GroupMemberTableRow* row) {
+    PIFIteratorForParser* iterator = run->iterator;
+    if (group->selectedChild == nullptr || group->selectedChild->row != row)
+        ContextItemForParser_setOrderedChild(group, PIFIteratorForParser_createContextItem(iterator, row));
     ContextItemForParser* member = group->selectedChild;
-    if (takeOccurrences(run, member) == 0)
-        return PlainTextRun_resumeAt(run->iterator, group, member->row, false);
+    if (takeOccurrences(run, member) == 0) return PlainTextRun_resumeAt(iterator, group, row, false);
     // The general road asks anew whether the array goes on.
     member->emptyOccurrences = 0;
+    group->firstMember = 0;
     commit(*run);
 }
 
@@ -282,8 +346,7 @@ void PIFIteratorForParser_runPlainFields(PIFIteratorForParser* this_, ContextIte
     Run run = startRun(this_, group);
     if (run.end == run.position || !findStart(&run)) return;
     const GroupMemberTableRow* first = PIFIteratorForParser_nextCandidate(this_, group);
-    const ContextItemForParser* member = group->selectedChild;
-    if (member != nullptr && member->row == first && member->plan->isPlainField == PLAIN_ARRAY)
-        return runOccurrences(&run, group);
+    if (first != nullptr && this_->plans[first->rowIndex].isPlainField == PLAIN_ARRAY)
+        return runOccurrences(&run, group, first);
     runMembers(&run, group, first);
 }
