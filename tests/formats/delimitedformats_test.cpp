@@ -96,15 +96,71 @@ std::string randomCsv(std::mt19937& random, int rows) {
     return text;
 }
 
-TEST(DelimitedFormats, RandomCsvReadsAsPythonReadsIt) {
-    const Grammar grammar = exampleGrammar("csv");
-    ASSERT_NE(grammar, nullptr);
+// A text of the given parts, at least one of them.
+template <size_t COUNT>
+std::string randomText(std::mt19937& random, const char* const (&parts)[COUNT]) {
+    std::string text;
+    for (auto count = random() % 4 + 1; count > 0; --count) text += parts[random() % COUNT];
+    return text;
+}
+
+std::string randomElement(std::mt19937& random) {
+    static const char* const PARTS[] = {"a",  "B7", " ",         "?+",           "?:", "?'",
+                                        "??", "?x", "?\xC3\xA4", "\xE2\x82\xAC", "\n"};
+    return randomText(random, PARTS);
+}
+
+std::string randomOrder(std::mt19937& random, int lines) {
+    static const char* const PRICES[] = {"", "+5", "+5:E", "+5::1", "+5:E:1+m", "+5+m", "++m"};
+    std::string order = "ORD+1+2+3'";
+    for (int line = 0; line < lines; ++line) {
+        order += "LIN+" + randomElement(random) + '+' + randomElement(random) + '+';
+        if (random() % 2 == 0) order += randomElement(random);
+        order += random() % 2 == 0 ? "+22:pc" : "+1";
+        order += PRICES[random() % std::size(PRICES)];
+        order += random() % 2 == 0 ? "'" : "'\r\n  ";
+    }
+    return order + "END+1'";
+}
+
+std::string randomSettings(std::mt19937& random, int lines) {
+    static const char* const WORDS[] = {"a", "key", "\xC3\xA4", "9", "x y", "#", "a.b"};
+    static const char* const BLANKS[] = {"", "", " ", "\t", "  \xE3\x80\x80"};
+    static const char* const ENDS[] = {"\n", "\r\n", "\n\n", "\n   ", "\r\n \n\t"};
+    std::string text;
+    for (int line = 0; line < lines; ++line) {
+        if (random() % 3 == 0) {
+            text += "# " + randomText(random, WORDS) + " = " + randomText(random, WORDS);
+        } else {
+            text += 'k' + randomText(random, WORDS) + randomText(random, BLANKS) + '=' +
+                    randomText(random, BLANKS) + randomText(random, WORDS);
+        }
+        text += ENDS[random() % std::size(ENDS)];
+    }
+    if (random() % 2 == 0) text.erase(text.find_last_not_of(" \t\r\n") + 1);
+    return text;
+}
+
+struct RandomFormat {
+    const char* example;
+    const char16_t* root;
+    std::string (*make)(std::mt19937& random, int lines);
+};
+
+TEST(DelimitedFormats, RandomDataReadAsPythonReadsThem) {
     const unsigned seed = std::random_device{}();
     SCOPED_TRACE("seed " + std::to_string(seed));
     std::mt19937 random(seed);
-    for (int round = 0; round < 20; ++round) {
-        const std::string bytes = randomCsv(random, 20);
-        expectAsPython("csv", grammar.get(), u"file", bytes, fromPython("csv", bytes));
+    const RandomFormat formats[] = {
+        {"csv", u"file", randomCsv}, {"order", u"order", randomOrder}, {"settings", u"file", randomSettings}};
+    for (const RandomFormat& format : formats) {
+        const Grammar grammar = exampleGrammar(format.example);
+        ASSERT_NE(grammar, nullptr);
+        for (int round = 0; round < 20; ++round) {
+            const std::string bytes = format.make(random, 20);
+            expectAsPython(format.example, grammar.get(), format.root, bytes,
+                           fromPython(format.example, bytes));
+        }
     }
 }
 

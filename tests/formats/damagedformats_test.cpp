@@ -1,0 +1,75 @@
+// Real messages with bytes changed, lost and doubled: whatever comes of them is the same by every road.
+#include <gtest/gtest.h>
+
+#include <cstdlib>
+#include <random>
+
+#include "support/examples.h"
+#include "support/parserrun.h"
+
+namespace {
+
+struct Sample {
+    const char* example;
+    const char16_t* root;
+    const char* file;
+    const char* signs;  // what the format's delimiters are made of
+};
+
+constexpr Sample SAMPLES[] = {
+    {"csv", u"file", "parts.csv", "\",\r\n a\xC3"},
+    {"order", u"order", "order.edi", "'+:? \nLIN+END+\xE2"},
+    {"settings", u"file", "settings.conf", "=#\r\n\t a\xC2"},
+};
+
+std::string damaged(std::string bytes, const std::string& signs, std::mt19937& random) {
+    for (auto changes = random() % 4 + 1; changes > 0; --changes) {
+        const size_t at = random() % bytes.size();
+        const size_t count = std::min<size_t>(random() % 4 + 1, bytes.size() - at);
+        switch (random() % 4) {
+            case 0:
+                bytes[at] = signs[random() % signs.size()];
+                break;
+            case 1:
+                bytes.insert(at, 1, signs[random() % signs.size()]);
+                break;
+            case 2:
+                bytes.insert(at, bytes.substr(at, count));
+                break;
+            default:
+                if (bytes.size() > count) bytes.erase(at, count);
+        }
+    }
+    return bytes;
+}
+
+// With regions the walk takes each step by itself; what it tells of elements must not change.
+void expectTheSameByEveryRoad(DFDLGrammar* grammar, const Sample& sample, const std::string& bytes) {
+    const ParserRun run = runEverywhere(grammar, sample.root, bytes);
+    ParserOptions options;
+    options.regions = true;
+    const ParserRun slow = runParser(grammar, sample.root, bytes, options);
+    EXPECT_EQ(run.values(), slow.values()) << sample.example << ": " << bytes;
+    EXPECT_EQ(run.diagnostics, slow.diagnostics) << sample.example << ": " << bytes;
+    EXPECT_EQ(run.parsed, run.diagnostics.empty()) << sample.example << ": " << bytes << '\n' << run;
+    EXPECT_LE(run.diagnostics.size(), 1U) << sample.example << ": " << bytes << '\n' << run;
+}
+
+TEST(DamagedFormats, EndAlikeByEveryRoad) {
+    const unsigned seed = std::random_device{}();
+    SCOPED_TRACE("seed " + std::to_string(seed));
+    std::mt19937 random(seed);
+    // More rounds than a run of all tests has time for, when asked.
+    const char* const more = std::getenv("DFDL_TEST_ROUNDS");
+    const int rounds = more == nullptr ? 40 : std::atoi(more);
+    for (const Sample& sample : SAMPLES) {
+        const Grammar grammar = exampleGrammar(sample.example);
+        ASSERT_NE(grammar, nullptr);
+        const std::string whole = exampleFile(sample.file);
+        for (int round = 0; round < rounds; ++round) {
+            expectTheSameByEveryRoad(grammar.get(), sample, damaged(whole, sample.signs, random));
+        }
+    }
+}
+
+}  // namespace
