@@ -393,6 +393,31 @@ const Case UNORDERED[] = {
      {"a=2", "b=1", "a=4", "c=3"}},
 };
 
+const Case BOOLEANS[] = {
+    {"truth is not told from the texts",
+     [](GrammarHandle r) {
+         auto group = infix(r);
+         for (const char* name : {"a", "b", "c"})
+             group.boolean(name, "yes %#x59;", "no N").delimited().trimRight("%SP;");
+     },
+     "yes,N ,Y",
+     {"a=true", "b=false", "c=true"}},
+    {"any text is a truth value",
+     [](GrammarHandle r) { r.boolean("a", "yes", "no").delimited(); },
+     "maybe",
+     {},
+     "CTDP3024E",
+     "maybe"},
+    {"a nil text is taken for a truth value",
+     [](GrammarHandle r) { r.boolean("a", "yes", "no").delimited().nilLiteral("no"); },
+     "no",
+     {"a=nil"}},
+    {"a logical nil is not looked for in truth values",
+     [](GrammarHandle r) { r.boolean("a", "yes", "no").delimited().nilLogical({"false"}); },
+     "no",
+     {"a=nil"}},
+};
+
 void expectCases(const Case& entry) {
     const Grammar grammar = grammarOf(entry.describe);
     ASSERT_NE(nullptr, grammar) << entry.fault;
@@ -415,6 +440,10 @@ TEST(Delimited, TerminatorsEndElementsAndGroups) {
 
 TEST(Delimited, InitiatorsDecideWhatIsThere) {
     for (const Case& entry : INITIATORS) expectCases(entry);
+}
+
+TEST(Delimited, TextsAreTruthValues) {
+    for (const Case& entry : BOOLEANS) expectCases(entry);
 }
 
 TEST(Delimited, NilIsToldFromValues) {

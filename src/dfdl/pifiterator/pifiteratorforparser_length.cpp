@@ -114,7 +114,10 @@ bool confirmAbsence(PIFIteratorForParser* iterator, ContextItemForParser* item) 
 DFDLValue* convertText(PIFIteratorForParser* iterator, const ContextItemForParser* item) {
     DFDLUString* text = iterator->extractedText;
     iterator->extractedText = nullptr;
-    return ParserRegionHandler_handleSimpleContent_TextString(iterator->parserRegionHandler, item->row, text);
+    ParserRegionHandler* handler = iterator->parserRegionHandler;
+    return item->row->iPhysicalType == TEXT_BOOLEAN
+               ? ParserRegionHandler_handleSimpleContent_TextBoolean(handler, item->row, text)
+               : ParserRegionHandler_handleSimpleContent_TextString(handler, item->row, text);
 }
 
 // Length, extraction and conversion. False with an error.

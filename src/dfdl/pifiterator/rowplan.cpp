@@ -41,9 +41,8 @@ int32_t itemKind(const GroupMemberTableRow& row) {
 const char* unsupportedContent(int32_t physicalType) {
     switch (physicalType) {
         case TEXT_STRING:
-            return nullptr;
         case TEXT_BOOLEAN:
-            return "a text boolean";
+            return nullptr;
         case TEXT_NUMBER:
             return "a text number";
         case BINARY_NUMBER:
