@@ -15,6 +15,7 @@
 #include "dfdl/pif/textstringtable.h"
 #include "dfdl/pifiterator/pifiteratorforparser.h"
 #include "support/bufferrig.h"
+#include "support/testheap.h"
 
 namespace {
 
@@ -27,7 +28,7 @@ struct RegionRig {
     TextStringTableRow string;
     BooleanRepTableRow boolean;
 
-    explicit RegionRig(const char* encoding = "UTF-8") {
+    explicit RegionRig(const char* encoding = "UTF-8", const DFDLHeapImpl* heap = nullptr) : rig(heap) {
         handler =
             new_ParserRegionHandler(rig.heap, rig.constants, rig.context, rig.buffer, rig.charsets, nullptr);
         handler->stringLiteralCache = new_StringLiteralCache(rig.heap, nullptr);
@@ -198,6 +199,23 @@ TEST(TextExtraction, TakesEscapesOutAndLeavesPadCharacters) {
     scheme.iEscapeCharacterExpr = 0;
     EXPECT_EQ(region.extract("a?,b", 4).substr(0, 9), "CTDP3900E");
     delete_DFDLUString(region.string.padString);
+}
+
+// Trimmed bytes need a block, an escape may need a copy, the lists are cached.
+TEST(TextExtraction, SurvivesTheRefusalOfAnyAllocation) {
+    const int refused = sweepFailingAllocations([](const DFDLHeapImpl& heap) {
+        RegionRig region("UTF-8", &heap);
+        EscapeSchemeTableRow scheme;
+        scheme.iEscapeCharacter = region.text(u"?");
+        region.rig.item.escapeRow = &scheme;
+        region.length.iLengthKind = DELIMITED;
+        region.padByte('*', RIGHT);
+        EXPECT_EQ(region.extract("*a?,b", 5), "a,b");
+        region.boolean.iTextBooleanTrueRep = region.text(u"yes");
+        EXPECT_EQ(region.truth(u"yes"), "true");
+        delete_DFDLUString(scheme.iEscapeCharacter);
+    });
+    EXPECT_GT(refused, 10);
 }
 
 TEST(TextBooleans, AreLookedUpInBothLists) {
