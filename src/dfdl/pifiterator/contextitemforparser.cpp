@@ -6,6 +6,7 @@
 #include "dfdl/foundation/tracehandleradapter.h"
 #include "dfdl/foundation/xsvalue.h"
 #include "dfdl/pif/groupmembertable.h"
+#include "dfdl/pif/grouptable.h"
 #include "dfdl/pif/markupsettable.h"
 #include "dfdl/pif/spif.h"
 #include "dfdl/pif/textmarkuptable.h"
@@ -191,6 +192,16 @@ void ContextItemForParser_setOrderedChild(ContextItemForParser* this_, ContextIt
     ContextItemForParserPooler_releaseContextItemForParser(this_->selectedChild);
     this_->selectedChild = child;
     if (child != nullptr) ContextItem_setParent(child, this_);
+}
+
+void ContextItemForParser_endGroup(ContextItemForParser* this_) {
+    ContextItemForParser_setOrderedChild(this_, nullptr);
+    this_->state = STEP_CLOSE;
+}
+
+const GroupMemberTableRow* ContextItemForParser_firstMemberRow(const ContextItemForParser* this_) {
+    const GroupTableRow* content = this_->row->groupRow;
+    return content == nullptr ? nullptr : content->firstMember;
 }
 
 void ContextItemForParser_close(ContextItemForParser* this_) {

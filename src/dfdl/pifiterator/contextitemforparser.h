@@ -84,6 +84,10 @@ void ContextItemForParser_init(ContextItemForParser* this_, uint32_t kind);
 void ContextItemForParser_resetForOccurrence(ContextItemForParser* this_);
 // Replaces the selected child; the old one goes back to the pool.
 void ContextItemForParser_setOrderedChild(ContextItemForParser* this_, ContextItemForParser* child);
+// No further member of the group: its next step closes it.
+void ContextItemForParser_endGroup(ContextItemForParser* this_);
+const GroupMemberTableRow* ContextItemForParser_firstMemberRow(
+    const ContextItemForParser* this_);  // may be null
 // Ends what an occurrence may have left open.
 void ContextItemForParser_close(ContextItemForParser* this_);
 // Gives back what an unordered group holds; its events, unless they have been flushed, are lost.

@@ -144,6 +144,7 @@ void PIFIteratorForParser_ComplexElement_close(PIFIteratorForParser* this_, Cont
 // Finds the item's initiator, or decides what its absence leaves possible. False with an error.
 bool PIFIteratorForParser_processElementInitiatorRegion(PIFIteratorForParser* this_,
                                                         ContextItemForParser* item);
+void PIFIteratorForParser_raiseMissingInitiator(PIFIteratorForParser* this_, ContextItemForParser* item);
 bool PIFIteratorForParser_processTerminatorRegion(PIFIteratorForParser* this_, ContextItemForParser* item);
 // Decides an enclosing point of uncertainty where a found initiator does so.
 void PIFIteratorForParser_resolveInitiatedPOI(PIFIteratorForParser* this_, ContextItemForParser* item);

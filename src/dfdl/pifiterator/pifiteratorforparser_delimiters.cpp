@@ -47,14 +47,6 @@ bool canBe(const ContextItemForParser* item, PossibleContent content) {
 
 bool isGroup(const ContextItemForParser* item) { return item->row->elementRow == nullptr; }
 
-void raiseMissingInitiator(PIFIteratorForParser* iterator, ContextItemForParser* item) {
-    ProcessingError_setValues(iterator->context->currentError, __FILE__, __LINE__,
-                              isGroup(item) ? DFDLParser_missingInitiatorGroup : DFDLParser_missingInitiator,
-                              ERROR_PROCESSING, SUBKIND_NONE, "%Z%lld%Z",
-                              PIFPhysicalPropertyHelper_getInitiatorProperty(item->row),
-                              bytePosition(iterator), ContextItem_getXPath(item));
-}
-
 void raiseMissingTerminator(PIFIteratorForParser* iterator, ContextItemForParser* item) {
     ProcessingError_setValues(
         iterator->context->currentError, __FILE__, __LINE__,
@@ -105,12 +97,13 @@ bool goWithoutInitiator(PIFIteratorForParser* iterator, ContextItemForParser* it
         item->possibleContent = CONTENT_EMPTY;
     } else if (!canBe(item, CONTENT_NIL) && item->kind == ITEM_COMPLEX_ELEMENT) {
         trace(iterator, item, ut_DFDLParser_elementMissing_initiator);
-        raiseMissingInitiator(iterator, item);
+        PIFIteratorForParser_raiseMissingInitiator(iterator, item);
         return false;
     }
     if (canBe(item, CONTENT_EMPTY) || canBe(item, CONTENT_NIL)) return true;
     trace(iterator, item, ut_DFDLParser_elementMissing_initiator);
-    if (!PIFIteratorForParser_raiseEndOfScope(iterator, item->row)) raiseMissingInitiator(iterator, item);
+    if (!PIFIteratorForParser_raiseEndOfScope(iterator, item->row))
+        PIFIteratorForParser_raiseMissingInitiator(iterator, item);
     return false;
 }
 
@@ -140,7 +133,7 @@ bool acceptTerminator(PIFIteratorForParser* iterator, ContextItemForParser* item
         if (item->kind == ITEM_SIMPLE_ELEMENT && !wantsTerminator(emptyPolicy(item)))
             raiseForElement(iterator, item, DFDLParser_unexpectedTerminatorForMissingElement);
     } else if ((item->row->flags & GM_INITIATOR) != 0 && item->initiatorMissing != 0) {
-        raiseMissingInitiator(iterator, item);
+        PIFIteratorForParser_raiseMissingInitiator(iterator, item);
     }
     return !PIFIteratorForParser_hasFailed(iterator);
 }
@@ -172,6 +165,14 @@ bool goWithoutTerminator(PIFIteratorForParser* iterator, ContextItemForParser* i
 
 }  // namespace
 
+void PIFIteratorForParser_raiseMissingInitiator(PIFIteratorForParser* this_, ContextItemForParser* item) {
+    ProcessingError_setValues(this_->context->currentError, __FILE__, __LINE__,
+                              isGroup(item) ? DFDLParser_missingInitiatorGroup : DFDLParser_missingInitiator,
+                              ERROR_PROCESSING, SUBKIND_NONE, "%Z%lld%Z",
+                              PIFPhysicalPropertyHelper_getInitiatorProperty(item->row), bytePosition(this_),
+                              ContextItem_getXPath(item));
+}
+
 void PIFIteratorForParser_resolveInitiatedPOI(PIFIteratorForParser* this_, ContextItemForParser* item) {
     static_cast<void>(this_);
     auto* parent = static_cast<ContextItemForParser*>(item->parent);
@@ -188,7 +189,7 @@ bool PIFIteratorForParser_processElementInitiatorRegion(PIFIteratorForParser* th
     const bool absent = ProcessingError_hasKey(error, DFDLParser_missingInitiator);
     ProcessingError_reset(error);
     if (absent) return goWithoutInitiator(this_, item);
-    raiseMissingInitiator(this_, item);
+    PIFIteratorForParser_raiseMissingInitiator(this_, item);
     return false;
 }
 

@@ -80,14 +80,6 @@ bool isNil(PIFIteratorForParser* iterator, ContextItemForParser* item) {
                                                    : item->plan->nilKind != NK_NONE;
 }
 
-void raiseMissingInitiator(PIFIteratorForParser* iterator, ContextItemForParser* item) {
-    ProcessingError_setValues(iterator->context->currentError, __FILE__, __LINE__,
-                              DFDLParser_missingInitiator, ERROR_PROCESSING, SUBKIND_NONE, "%Z%lld%Z",
-                              PIFPhysicalPropertyHelper_getInitiatorProperty(item->row),
-                              static_cast<long long>(BufferManager_bytePosition(iterator->bufferManager)),
-                              ContextItem_getXPath(item));
-}
-
 // The bytes up to the next delimiter in scope, which stays the scanned one; -1 with an error.
 int64_t scanForLength(PIFIteratorForParser* iterator, ContextItemForParser* item) {
     DelimitedScannerBytes* scanner = iterator->delimitedScanner;
@@ -107,7 +99,7 @@ bool confirmAbsence(PIFIteratorForParser* iterator, ContextItemForParser* item) 
     if (PIFIteratorForParser_calculateElementLength(iterator, item->row, item, &length) != 1) return false;
     if (length < 1 || item->initiatorMissing == 0) return true;
     trace(iterator, item, ut_DFDLParser_initiatorNotFound);
-    raiseMissingInitiator(iterator, item);
+    PIFIteratorForParser_raiseMissingInitiator(iterator, item);
     return false;
 }
 
@@ -147,7 +139,7 @@ bool adjustMissing(PIFIteratorForParser* iterator, ContextItemForParser* item) {
         return false;
     }
     if (item->initiatorMissing != 0) {
-        raiseMissingInitiator(iterator, item);
+        PIFIteratorForParser_raiseMissingInitiator(iterator, item);
         return false;
     }
     if (countIsGiven(row)) {

@@ -18,16 +18,6 @@ bool isOptional(const ContextItemForParser* member) {
     return member->occurrences >= member->effectiveMinOccurs;
 }
 
-void endGroup(ContextItemForParser* group) {
-    ContextItemForParser_setOrderedChild(group, nullptr);
-    group->state = STEP_CLOSE;
-}
-
-const GroupMemberTableRow* firstMember(const ContextItemForParser* group) {
-    const GroupTableRow* content = group->row->groupRow;
-    return content == nullptr ? nullptr : content->firstMember;
-}
-
 bool isUnordered(const ContextItemForParser* group) { return group->kind == ITEM_UNORDERED; }
 
 // The data ended where a member was still wanted by its own bounds, though not by how its occurrences are
@@ -110,7 +100,7 @@ bool undoFailedMember(PIFIteratorForParser* iterator, ContextItemForParser* grou
 const GroupMemberTableRow* PIFIteratorForParser_nextCandidate(PIFIteratorForParser* this_,
                                                               ContextItemForParser* group) {
     if (group->hasResumeRow != 0) return group->resumeRow;
-    if (group->selectedChild == nullptr) return firstMember(group);
+    if (group->selectedChild == nullptr) return ContextItemForParser_firstMemberRow(group);
     if (!PIFIteratorForParser_endOfArray(this_, group)) return group->selectedChild->row;
     return group->functions->getNextSiblingToParse(group);
 }
@@ -145,7 +135,7 @@ void PIFIteratorForParser_group_selectNextSequenceMember(PIFIteratorForParser* t
         const GroupMemberTableRow* candidate = PIFIteratorForParser_nextCandidate(this_, group);
         group->hasResumeRow = 0;
         if (candidate == nullptr) {
-            endGroup(group);
+            ContextItemForParser_endGroup(group);
             return;
         }
         if (group->selectedChild != nullptr && candidate == group->selectedChild->row) {
@@ -165,7 +155,7 @@ void PIFIteratorForParser_group_beforeGroupMember(PIFIteratorForParser* this_, C
     const bool mayEndHere = isUnordered(group) || (isOptional(member) && isTrailing(member));
     if (mayEndHere && PIFIteratorForParser_isScopeExhausted(this_)) {
         reportMissingTrailing(this_, group);
-        endGroup(group);
+        ContextItemForParser_endGroup(group);
         return;
     }
     if (member->emptyOccurrences >= MAX_EMPTY_OCCURRENCES) {

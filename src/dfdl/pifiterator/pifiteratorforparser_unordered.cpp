@@ -11,16 +11,6 @@
 
 namespace {
 
-void endGroup(ContextItemForParser* group) {
-    ContextItemForParser_setOrderedChild(group, nullptr);
-    group->state = STEP_CLOSE;
-}
-
-const GroupMemberTableRow* firstMember(const ContextItemForParser* group) {
-    const GroupTableRow* content = group->row->groupRow;
-    return content == nullptr ? nullptr : content->firstMember;
-}
-
 UnorderedMembers* membersOf(ContextItemForParser* group) {
     if (group->unordered != nullptr) return group->unordered;
     RowPlan* plan = group->plan;
@@ -36,7 +26,7 @@ UnorderedMembers* membersOf(ContextItemForParser* group) {
 
 // The members of a group are adjacent rows.
 int32_t slotOf(const ContextItemForParser* group) {
-    return group->selectedChild->row->rowIndex - firstMember(group)->rowIndex;
+    return group->selectedChild->row->rowIndex - ContextItemForParser_firstMemberRow(group)->rowIndex;
 }
 
 DocHandlerEventBuffer* bufferOf(UnorderedMembers* members, int32_t slot) {
@@ -106,7 +96,7 @@ void PIFIteratorForParser_removeDocHandlerProxy(PIFIteratorForParser* this_) {
 void PIFIteratorForParser_group_selectNextUnorderedMember(PIFIteratorForParser* this_,
                                                           ContextItemForParser* group) {
     ContextItemForParser* last = group->selectedChild;
-    const GroupMemberTableRow* next = firstMember(group);
+    const GroupMemberTableRow* next = ContextItemForParser_firstMemberRow(group);
     if (last != nullptr && last->succeeded == 0) {
         next = last->row->nextSibling;
     } else if (last != nullptr && !madeProgress(last)) {
@@ -118,7 +108,7 @@ void PIFIteratorForParser_group_selectNextUnorderedMember(PIFIteratorForParser* 
     }
     // A member that may not occur is not tried.
     while (next != nullptr && next->effectiveMaxOccurs == 0) next = next->nextSibling;
-    if (next == nullptr) return endGroup(group);
+    if (next == nullptr) return ContextItemForParser_endGroup(group);
     select(this_, group, next);
 }
 
@@ -160,7 +150,8 @@ void ContextItemForParser_unorderedGroup_state_close(ContextItemForParser* this_
     PIFIteratorForParser* iterator = this_->iterator;
     const UnorderedMembers* members = membersOf(this_);
     int32_t slot = 0;
-    for (const GroupMemberTableRow* row = firstMember(this_); row != nullptr; row = row->nextSibling) {
+    for (const GroupMemberTableRow* row = ContextItemForParser_firstMemberRow(this_); row != nullptr;
+         row = row->nextSibling) {
         if (!validateMinMaxOccurs(iterator, row, members->memberCounts[slot++])) return;
     }
     for (slot = 0; slot < members->memberCount; ++slot) {
