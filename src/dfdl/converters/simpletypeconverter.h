@@ -3,10 +3,10 @@
 
 #include <cstdint>
 
+#include "dfdl/converters/binaryfield.h"
 #include "dfdl/pif/pifenums.h"
 
 struct DFDLDecimal;
-struct GroupMemberTableRow;
 struct ProcessingError;
 struct TextNumberTableRow;
 
@@ -45,5 +45,34 @@ bool SimpleTypeConverter_checkRangeASCII_TRANSLATED_EBCDICOverPunched(uint8_t by
 bool SimpleTypeConverter_checkRangeASCII_TRANSLATED_EBCDICNonPunched(uint8_t byte);
 bool SimpleTypeConverter_checkRangeASCII_CA_REALIA_MODIFIEDOverPunched(uint8_t byte);
 bool SimpleTypeConverter_checkRangeASCII_CA_REALIA_MODIFIEDNonPunched(uint8_t byte);
+
+// Two's complement of a length that no machine word has, up to 8 bytes; 0 of no bytes. Further bytes, which
+// have more weight, are not looked at.
+int64_t SimpleTypeConverter_oddIntegerToLong(const uint8_t* bytes, ByteOrderEnum order, int64_t length);
+uint64_t SimpleTypeConverter_uOddIntegerToLong(const uint8_t* bytes, ByteOrderEnum order, int64_t length);
+// Of any length. From 34 digits on every byte that is added rounds.
+void SimpleTypeConverter_signedByteArrayToBigInteger(const uint8_t* bytes, int64_t length,
+                                                     ByteOrderEnum order, DFDLDecimal* target);
+void SimpleTypeConverter_unsignedByteArrayToBigInteger(const uint8_t* bytes, int64_t length,
+                                                       ByteOrderEnum order, DFDLDecimal* target);
+
+// Packed decimals: two digits a byte. The plain readers take up to PACKED_WORD_BYTES bytes, the wide ones any
+// number, rounding from 34 digits on. False with an error in the context of the target's heap, and without
+// one where there are no bytes but must be a sign; the target is undefined then.
+bool SimpleTypeConverter_bcdToNumber(const BinaryField* field, bool withVirtualPoint, DFDLDecimal* target);
+bool SimpleTypeConverter_bcdToNumberWide(const BinaryField* field, bool withVirtualPoint,
+                                         DFDLDecimal* target);
+bool SimpleTypeConverter_packedDecimalToNumber(const BinaryField* field, bool withVirtualPoint,
+                                               DFDLDecimal* target);
+bool SimpleTypeConverter_packedDecimalToNumberWide(const BinaryField* field, bool withVirtualPoint,
+                                                   DFDLDecimal* target);
+bool SimpleTypeConverter_zov4690PackedDecimalToNumber(const BinaryField* field, bool withVirtualPoint,
+                                                      DFDLDecimal* target);
+bool SimpleTypeConverter_zov4690PackedDecimalToNumberWide(const BinaryField* field, bool withVirtualPoint,
+                                                          DFDLDecimal* target);
+inline constexpr int64_t PACKED_WORD_BYTES = 9;
+// The reader for a length; null if the representation is not one of packed decimals.
+using PackedReader = bool (*)(const BinaryField*, bool, DFDLDecimal*);
+PackedReader SimpleTypeConverter_packedReader(BinaryNumberRepEnum representation, int64_t length);
 
 #endif

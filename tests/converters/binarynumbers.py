@@ -1,0 +1,174 @@
+"""Writes binarynumbers.txt: fields of binary numbers and what they are, worked out by Python's int and Decimal.
+
+Run as: python3 tests/converters/binarynumbers.py > tests/converters/binarynumbers.txt
+
+A line: representation, byte order, check policy, sign codes, virtual point, simple type, the bytes in
+hexadecimal, "=", the number or the error. A simple type of 8 is read as a decimal, others as integers. The
+draw is seeded: the same program writes the same lines.
+"""
+import random
+from decimal import Decimal, getcontext
+
+random.seed(61)
+getcontext().prec = 60
+CODES = ["CDFC", "CDF0", "ADC0", "CDCC", "FFFF"]
+INTEGER, LONG, INT, UNSIGNED_LONG, UNSIGNED_INT, NON_NEGATIVE, DECIMAL = 9, 10, 11, 14, 15, 18, 8
+
+
+def line(representation, order, data, result, policy="strict", codes="CDFC", point=0, simple_type=INTEGER):
+    print(representation, order, policy, codes, point, simple_type, data.hex().upper() or "-", "=", result)
+
+
+def in_order(order, data):
+    """Bytes with the most significant first, as they lie in the field."""
+    return data if order == "big" else data[::-1]
+
+
+def draw(length):
+    edges = [0, 0x7F, 0x80, 0xFF]
+    if random.random() < 0.5:
+        return bytes([random.choice(edges)]) + bytes([random.choice(edges)] * (length - 1))
+    return random.randbytes(length)
+
+
+def integers():
+    for order in "big", "little":
+        for length in range(1, 9):
+            for data in [draw(length) for _ in range(6)]:
+                line("binary", order, data, int.from_bytes(data, order, signed=True), simple_type=LONG)
+                line("binary", order, data, int.from_bytes(data, order, signed=True), simple_type=INTEGER)
+                line("binary", order, data, int.from_bytes(data, order), simple_type=UNSIGNED_INT)
+                line("binary", order, data, int.from_bytes(data, order), simple_type=UNSIGNED_LONG)
+    line("binary", "big", bytes.fromhex("FFFFFE"), -2, simple_type=INT)
+    line("binary", "big", bytes.fromhex("FFFFFE"), 16777214, simple_type=UNSIGNED_INT)
+
+
+def long_integers():
+    """More than 8 bytes. Zero bytes of most weight do not count; a big-endian integer without bounds of a
+    machine word has them in front all the same and loses its last bytes instead."""
+    for order in "big", "little":
+        for length in range(9, 15):
+            for zeros in 0, 1, length - 3, length:
+                data = bytes(zeros) + bytes([random.choice([0x12, 0x85])] * (zeros < length))
+                data = (data + random.randbytes(length))[:length] if zeros < length else data
+                count = max(length - zeros, 1)
+                field = in_order(order, data)
+                unbound = field[:count]
+                bound = field[zeros:] if order == "big" and zeros < length else field[:count]
+                line("binary", order, field, int.from_bytes(unbound, order, signed=True), simple_type=INTEGER)
+                line("binary", order, field, int.from_bytes(unbound, order), simple_type=NON_NEGATIVE)
+                line("binary", order, field, int.from_bytes(unbound, order), simple_type=UNSIGNED_LONG)
+                line("binary", order, field, int.from_bytes(bound, order, signed=True), simple_type=LONG)
+                line("binary", order, field, int.from_bytes(bound, order), simple_type=UNSIGNED_INT)
+    line("binary", "big", bytes(8) + b"\x05", 0)
+
+
+def packed_word(policy, codes, nibble, is_zero):
+    """The sign for a sign half byte, or None."""
+    positive, negative, unsigned, zero = (int(code, 16) for code in codes)
+    if policy == "strict":
+        if is_zero:
+            return 1 if nibble == zero else None
+        return {positive: 1, unsigned: 1, negative: -1}.get(nibble) if nibble != negative else -1
+    taken = {0: 1 if is_zero else None, 0xB: -1, 0xD: -1, 0xA: 1, 0xC: 1, 0xE: 1, 0xF: 1}
+    sign = taken.get(nibble)
+    return None if sign == -1 and is_zero else sign
+
+
+def packed_signs():
+    for policy in "strict", "lax":
+        for codes in CODES if policy == "strict" else CODES[:1]:
+            for digits in "000", "120", "9" * 19:
+                for nibble in range(16):
+                    sign = packed_word(policy, codes, nibble, int(digits) == 0)
+                    data = bytes.fromhex(f"{digits}{nibble:X}")
+                    result = "CTDP3031E item" if sign is None else sign * int(digits)
+                    for order in "big", "little":
+                        line("packed", order, in_order(order, data), result, policy, codes)
+
+
+def leading_4690(byte):
+    """Digits and sign of the first byte, or the bad half byte and its place."""
+    high, low = f"{byte:02X}"
+    if high in "ABCE":
+        return None, (high, 1)
+    if low in "ABCEF" or (low == "D" and high != "F"):
+        return None, (low, 2)
+    return (high + low).strip("DF"), -1 if "D" in (high + low) else 1
+
+
+def signs_4690():
+    for byte in range(256):
+        for tail, orders in ("", ["big"]), ("23", ["big"]), ("00" * 9, ["little"]):
+            if tail != "23" and byte % 16 % 5 != 3:  # a part of them
+                continue
+            data = bytes.fromhex(f"{byte:02X}{tail}")
+            for order in orders:
+                field = in_order(order, data)
+                digits, other = leading_4690(byte)
+                if digits is None:
+                    nibble, place = other
+                    place += 2 * (len(data) - 1) if order == "little" else 0
+                    result = f"CTDP3083E item {field.hex().upper()} zov4690packed {nibble} {place}"
+                else:
+                    number = int((digits + tail) or "0")
+                    result = ("-" if other < 0 else "") + str(number)
+                line("zov4690", order, field, result)
+
+
+def bad_digits():
+    """Each half byte of a field replaced by each that is no digit."""
+    for representation, text, nibbles in [
+        ("bcd", "1234567890", "ABCDEF"),
+        ("packed", "123456789C", "ABCDEF"),
+        ("bcd", "12" * 10, "A"),
+        ("packed", "1" * 19 + "C", "F"),
+    ]:
+        for order in "big", "little":
+            places = len(text) - (representation == "packed")
+            for at in range(places):
+                for nibble in nibbles:
+                    field = in_order(order, bytes.fromhex(text[:at] + nibble + text[at + 1:]))
+                    byte = at // 2 if order == "big" else len(text) // 2 - 1 - at // 2
+                    where = 2 * byte + at % 2 + 1
+                    line(representation, order, field,
+                         f"CTDP3083E item {field.hex().upper()} {representation} {nibble} {where}")
+
+
+def digits_of_all_lengths():
+    for order in "big", "little":
+        for length in range(1, 18):
+            digits = "".join(random.choice("0123456789") for _ in range(2 * length))
+            line("bcd", order, in_order(order, bytes.fromhex(digits)), int(digits))
+            line("zov4690", order, in_order(order, bytes.fromhex(digits)), int(digits))
+            line("packed", order, in_order(order, bytes.fromhex("5" + digits[2:] + "D")), -int("5" + digits[2:]))
+    line("bcd", "big", b"", 0)
+
+
+def decimals():
+    for order in "big", "little":
+        for point in 0, 2, -3, 40:
+            for length in 1, 2, 7, 8:
+                data = b"\x91" + random.randbytes(length - 1)
+                field = in_order(order, data)
+                for name, signed in ("signed", True), ("unsigned", False):
+                    number = int.from_bytes(field, order, signed=signed)
+                    line(name, order, field, Decimal(number).scaleb(-point), point=point, simple_type=DECIMAL)
+            for length in 4, 9, 10, 17:
+                digits = "7" + "".join(random.choice("0123456789") for _ in range(2 * length - 2))
+                point_of = lambda number: Decimal(number).scaleb(-point)
+                line("packed", order, in_order(order, bytes.fromhex(digits + "D")), point_of("-" + digits),
+                     point=point, simple_type=DECIMAL)
+                line("bcd", order, in_order(order, bytes.fromhex(digits + "3")), point_of(digits + "3"),
+                     point=point, simple_type=DECIMAL)
+    for representation in "signed", "bcd", "packed", "zov4690":
+        line(representation, "big", bytes(18), "CTDP3150E item 36 34", simple_type=DECIMAL)
+
+
+integers()
+long_integers()
+packed_signs()
+signs_4690()
+bad_digits()
+digits_of_all_lengths()
+decimals()
