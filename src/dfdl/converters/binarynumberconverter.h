@@ -77,6 +77,13 @@ bool BinaryNumberConverter_createBigIntegerFromBinary(const BinaryField* field, 
 bool BinaryNumberConverter_createDecimalFromBinary(const BinaryField* field, DFDLDecimal* target);
 inline constexpr int64_t BINARY_DECIMAL_DIGITS = 34;  // two to a byte, whatever the representation
 
+// Of 4 and of 8 bytes; false without an error if there are fewer, or if the type is another. The value is
+// left alone for a representation that is none of the two. An IBM zero of 4 bytes reads as 2^-127.
+bool BinaryNumberConverter_createFloatFromBinary(BinaryFloatRepresentationEnum representation,
+                                                 const BinaryField* field, float* value);
+bool BinaryNumberConverter_createDoubleFromBinary(BinaryFloatRepresentationEnum representation,
+                                                  const BinaryField* field, double* value);
+
 // ---- Ranges --------------------------------------------------------------------------------------------
 
 // Whether a number lies in the range of a simple type (DFDLSimpleTypeEnum). Types without bounds of their own
