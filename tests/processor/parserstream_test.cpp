@@ -168,6 +168,27 @@ void parse(DFDLGrammar* grammar, const std::string& data, int times, int64_t* un
     delete_DFDLDocHandler(handler);
 }
 
+// With 300,000 pieces a search of the chain for each of them would take minutes.
+TEST(ParserStream, FindsItsWayAlongAFieldOfVeryManyPieces) {
+    Source source{"x", 300000};
+    GrammarBuilder builder;
+    builder.complexElement("file").text("a").delimited().encoding("US-ASCII");
+    DFDLGrammar* grammar = builder.load();
+    DFDLBufferHandler* input = new_DFDLBufferHandler();
+    DFDLBufferHandler_setContextObject(input, &source);
+    DFDLBufferHandler_setGetNextBufferHandlerCallback(input, nextPiece);
+    DFDLBufferHandler_setReleaseBufferHandlerCallback(input, pieceBack);
+    DFDLParser* parser = new_DFDLParser(nullptr);
+    DFDLParser_setGrammar(parser, grammar);
+    DFDLParser_setRootElement(parser, u"file", nullptr);
+    DFDLParser_setBufferHandler(parser, input);
+    EXPECT_EQ(1, DFDLParser_parseAll(parser, nullptr));
+    EXPECT_EQ(0, source.held);
+    delete_DFDLParser(parser);
+    delete_DFDLBufferHandler(input);
+    delete_DFDLGrammar(grammar);
+}
+
 TEST(ParserStream, DoesNotTakeManyOccurrencesForEndlessOnes) {
     constexpr int64_t OCCURRENCES = 1000100;
     GrammarBuilder builder;

@@ -16,8 +16,21 @@ namespace {
 // Positions are bits in 64 bits: what lies beyond cannot be addressed and ends the stream.
 constexpr int64_t MOST_BYTES = std::numeric_limits<int64_t>::max() >> 4;
 
+int32_t chainLength(const BufferManager* manager) {
+    return manager->buffers->count - manager->releasedBuffers;
+}
+
 DFDLByteBufferImpl* chainAt(const BufferManager* manager, int32_t index) {
-    return ArrayList_getPointer<DFDLByteBufferImpl>(manager->buffers, index);
+    return ArrayList_getPointer<DFDLByteBufferImpl>(manager->buffers, manager->releasedBuffers + index);
+}
+
+// The list is moved together when most of it is released, so that a buffer is moved once or twice in its
+// life, however many there are.
+void dropReleased(BufferManager* manager, int32_t count) {
+    manager->releasedBuffers += count;
+    if (manager->releasedBuffers <= manager->buffers->count / 2) return;
+    ArrayList_removeFirst(manager->buffers, manager->releasedBuffers);
+    manager->releasedBuffers = 0;
 }
 
 DFDLByteBufferImpl* takeRecord(BufferManager* manager) {
@@ -36,6 +49,16 @@ void appendToChain(BufferManager* manager, DFDLByteBufferImpl* buffer) {
     ArrayList_ensureCapacity(manager->spareBuffers,
                              manager->spareBuffers->count + manager->buffers->count + 1);
     ArrayList_addPointer(manager->buffers, buffer);
+    buffer->sequence = manager->nextSequence++;
+}
+
+// The buffers of the chain follow each other without gaps. -1 for one that is not in it.
+int32_t indexInChain(const BufferManager* manager, const DFDLByteBufferImpl* buffer) {
+    if (chainLength(manager) == 0) return -1;
+    const int64_t index = buffer->sequence - chainAt(manager, 0)->sequence;
+    const bool inside = index >= 0 && index < chainLength(manager);
+    return inside && chainAt(manager, static_cast<int32_t>(index)) == buffer ? static_cast<int32_t>(index)
+                                                                             : -1;
 }
 
 void seeLastBuffer(BufferManager* manager) {
@@ -83,7 +106,7 @@ bool isUnused(const DFDLByteBufferImpl* buffer) {
 
 void dropBuffers(BufferManager* manager) {
     bool behindCurrent = false;
-    for (int32_t i = 0; i < manager->buffers->count; ++i) {
+    for (int32_t i = 0; i < chainLength(manager); ++i) {
         DFDLByteBufferImpl* buffer = chainAt(manager, i);
         if (behindCurrent) buffer->position = 0;
         if (buffer == manager->currentBuffer) behindCurrent = true;
@@ -91,6 +114,7 @@ void dropBuffers(BufferManager* manager) {
         putRecordBack(manager, buffer);
     }
     ArrayList_clear(manager->buffers);
+    manager->releasedBuffers = 0;
     manager->currentBuffer = nullptr;
     manager->firstBuffer = nullptr;
 }
@@ -202,10 +226,10 @@ DFDLByteBufferImpl* BufferManager_nextBuffer(BufferManager* this_, DFDLByteBuffe
     int32_t next = 0;
     if (current != nullptr) {
         if (current->isLast != 0) return nullptr;
-        next = ArrayList_indexOfPointer(this_->buffers, current) + 1;
+        next = indexInChain(this_, current) + 1;
     }
     DFDLByteBufferImpl* buffer = nullptr;
-    if (next < this_->buffers->count) {
+    if (next < chainLength(this_)) {
         buffer = chainAt(this_, next);
         buffer->position = 0;
     } else {
@@ -227,17 +251,17 @@ void BufferManager_setCurrentBuffer(BufferManager* this_, DFDLByteBufferImpl* bu
 
 void BufferManager_releaseUnusedBuffers(BufferManager* this_) {
     int32_t unused = 0;
-    while (unused < this_->buffers->count && isUnused(chainAt(this_, unused))) {
+    while (unused < chainLength(this_) && isUnused(chainAt(this_, unused))) {
         releaseToHandler(this_, chainAt(this_, unused));
         ++unused;
     }
     for (int32_t i = unused - 1; i >= 0; --i) {
         DFDLByteBufferImpl* buffer = chainAt(this_, i);
         if (this_->firstBuffer == buffer) this_->firstBuffer = nullptr;
-        ArrayList_removeAt(this_->buffers, i);
         putRecordBack(this_, buffer);
     }
-    if (ArrayList_isEmpty(this_->buffers)) this_->currentBuffer = nullptr;
+    dropReleased(this_, unused);
+    if (chainLength(this_) == 0) this_->currentBuffer = nullptr;
 }
 
 DFDLByteBufferImpl* BufferManager_unreadBuffer(BufferManager* this_) {
@@ -251,7 +275,7 @@ DFDLByteBufferImpl* BufferManager_unreadBuffer(BufferManager* this_) {
 
 bool BufferManager_loadBytes(BufferManager* this_, int64_t bytes) {
     while (this_->totalBytesLoaded < bytes) {
-        const int32_t count = this_->buffers->count;
+        const int32_t count = chainLength(this_);
         DFDLByteBufferImpl* newest = count == 0 ? nullptr : chainAt(this_, count - 1);
         if (BufferManager_nextBuffer(this_, newest, false) == nullptr) return false;
     }

@@ -71,6 +71,8 @@ struct BufferManager {
     DFDLCharset* currentCharset;
     DFDLByteBufferImpl* firstBuffer;  // first ever fetched since the last clear
     ArrayList* buffers;               // the chain, oldest first
+    int32_t releasedBuffers;          // at the front of the list, no longer in the chain
+    int64_t nextSequence;             // of the buffer that enters the chain next
     ArrayList* spareBuffers;          // records to be used again
     ArrayList* markers;
     ArrayList* lengthTrackers;  // LengthTracker by value

@@ -14,6 +14,7 @@ struct DFDLByteBufferImpl {
     int64_t size;         // valid bytes
     int64_t streamStart;  // offset of data[0] in the stream; -1 until the buffer is in the chain
     int64_t streamEnd;    // offset of the last byte
+    int64_t sequence;     // its place among all buffers that have entered the chain
     uint32_t refCount;    // the current-buffer slot and every mark
     uint32_t isLast;
     const uint8_t* data;

@@ -61,6 +61,12 @@ void ArrayList_removeAt(ArrayList* this_, int32_t index) {
                  bytesOf(this_, this_->count - index));
 }
 
+void ArrayList_removeFirst(ArrayList* this_, int32_t count) {
+    if (count == 0) return;
+    this_->count -= count;
+    std::memmove(this_->storage, ArrayList_get(this_, count), bytesOf(this_, this_->count));
+}
+
 void ArrayList_ensureCapacity(ArrayList* this_, int32_t capacity) {
     if (capacity <= this_->capacity) return;
     this_->storage = static_cast<uint8_t*>(

@@ -27,6 +27,7 @@ void delete_ArrayList(ArrayList* this_);  // null is ignored
 void ArrayList_add(ArrayList* this_, const void* element);
 void ArrayList_set(ArrayList* this_, int32_t index, const void* element);  // beyond the end: extends, zeroed
 void ArrayList_removeAt(ArrayList* this_, int32_t index);                  // closes the gap
+void ArrayList_removeFirst(ArrayList* this_, int32_t count);               // no more than there are
 void ArrayList_ensureCapacity(ArrayList* this_, int32_t capacity);
 
 inline void ArrayList_clear(ArrayList* this_) { this_->count = 0; }
