@@ -41,6 +41,12 @@ bool standsAt(const CompiledDFDLStringLiteral* literal, const uint8_t* bytes) {
     return std::equal(bytes, bytes + part->byteCount, part->exactBytes);
 }
 
+// The one byte that is a delimiter by itself, which nearly all of them are; null if it is none.
+const CompiledDFDLStringLiteral* oneByteDelimiter(const CompiledMarkupSet* set, uint8_t byte) {
+    const CompiledDFDLStringLiteral* literal = set->sole[byte];
+    return literal != nullptr && literal->byteLength == 1 ? literal : nullptr;
+}
+
 // The bytes that a delimiter takes which is one class of characters and nothing more, such as %NL;. 0 if it
 // is of another kind, does not stand here, or could go on beyond the bytes at hand.
 int32_t lengthOfClass(const CompiledDFDLStringLiteral* literal, const uint8_t* bytes, const uint8_t* end) {
@@ -137,8 +143,9 @@ Delimiter takeShortField(Run* run, const RowPlan& plan, const CompiledMarkupSet*
     const auto mask = static_cast<uint32_t>(_mm_movemask_epi8(hits));
     if (mask == 0 || (mask & 1) != 0) return UNKNOWN;
     const int end = __builtin_ctz(mask);
+    Delimiter delimiter = {oneByteDelimiter(set, start[end]), 1};
     bool plain = false;
-    const Delimiter delimiter = delimiterAt(set, start + end, run->end, &plain);
+    if (delimiter.literal == nullptr) delimiter = delimiterAt(set, start + end, run->end, &plain);
     if (delimiter.literal == nullptr) return UNKNOWN;
     const auto notASCII = static_cast<uint32_t>(_mm_movemask_epi8(block)) & ((1U << end) - 1);
     const DFDLCharset* charset = charsetOf(run, plan);
@@ -217,6 +224,19 @@ Delimiter takeBlock(Run* run, const RowPlan& plan, const CompiledMarkupSet* set,
     return delimiter;
 }
 
+// Takes a field that starts with a byte that can begin a delimiter or an escape, or is no short one.
+Delimiter takeOtherField(Run* run, const RowPlan& plan, const CompiledMarkupSet* set, EmptyField empty,
+                         const uint8_t* start, int64_t startBit, int64_t* length) {
+    if (startsBlock(set, plan, *start)) return takeBlock(run, plan, set, start, startBit, length);
+    Delimiter delimiter = UNKNOWN;
+    const uint8_t* end = findDelimiter(set, start, start, run->end, &delimiter);
+    if (end == nullptr) return UNKNOWN;
+    *length = end - start;
+    const bool delivered = *length == 0 ? deliverEmpty(run, plan, empty, startBit)
+                                        : deliver(run, plan, start, *length, startBit);
+    return delivered ? delimiter : UNKNOWN;
+}
+
 // Takes one field. False, with nothing moved, if it needs the general road.
 bool takeField(Run* run, const RowPlan& plan, EmptyField empty) {
     const CompiledMarkupSet* set = markupSetOf(*run, plan);
@@ -224,20 +244,15 @@ bool takeField(Run* run, const RowPlan& plan, EmptyField empty) {
     const uint8_t* start = run->position + run->delimiterLength;
     const int64_t startByte = run->positionByte + run->delimiterLength;
     int64_t length = 0;
-    Delimiter delimiter = UNKNOWN;
-    if (set->firstBytes[*start] == 0) {
-        delimiter = takeShortField(run, plan, set, start, 8 * startByte, &length);
-    } else if (startsBlock(set, plan, *start)) {
-        delimiter = takeBlock(run, plan, set, start, 8 * startByte, &length);
+    Delimiter delimiter = {oneByteDelimiter(set, *start), 1};
+    if (delimiter.literal != nullptr) {
+        if (!deliverEmpty(run, plan, empty, 8 * startByte)) return false;
+    } else {
+        if (set->firstBytes[*start] == 0)
+            delimiter = takeShortField(run, plan, set, start, 8 * startByte, &length);
+        if (delimiter.literal == nullptr)
+            delimiter = takeOtherField(run, plan, set, empty, start, 8 * startByte, &length);
         if (delimiter.literal == nullptr) return false;
-    }
-    if (delimiter.literal == nullptr) {
-        const uint8_t* end = findDelimiter(set, start, start, run->end, &delimiter);
-        if (end == nullptr) return false;
-        length = end - start;
-        const bool delivered = length == 0 ? deliverEmpty(run, plan, empty, 8 * startByte)
-                                           : deliver(run, plan, start, length, 8 * startByte);
-        if (!delivered) return false;
     }
     run->positionByte = startByte + length;
     run->position = start + length;
