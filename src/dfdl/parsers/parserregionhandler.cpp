@@ -2,6 +2,7 @@
 
 #include "dfdl/buffer/buffermanager.h"
 #include "dfdl/foundation/context.h"
+#include "dfdl/foundation/dfdldecimal.h"
 #include "dfdl/foundation/processingerror.h"
 #include "dfdl/pif/alignmenttable.h"
 #include "dfdl/pif/groupmembertable.h"
@@ -64,11 +65,14 @@ ParserRegionHandler* new_ParserRegionHandler(DFDLHeapAdapter* heap, DFDLConstant
     this_->bufferManager = bufferManager;
     this_->charsetManager = charsetManager;
     this_->trace = trace;
+    this_->scratchDecimal = new_DFDLDecimal(heap, constants);
     return this_;
 }
 
 void delete_ParserRegionHandler(ParserRegionHandler* this_) {
-    if (this_ != nullptr) DFDLHeapAdapter_objectDeallocate(this_->heap, this_);
+    if (this_ == nullptr) return;
+    delete_DFDLDecimal(this_->scratchDecimal);
+    DFDLHeapAdapter_objectDeallocate(this_->heap, this_);
 }
 
 void ParserRegionHandler_setPIF(ParserRegionHandler* this_, const sPIF* pif) { this_->pif = pif; }
@@ -92,4 +96,9 @@ bool ParserRegionHandler_handleTrailingAlignment(ParserRegionHandler* this_, Con
           amount);
     return amount <= 0 ||
            BufferManager_skipData(this_->bufferManager, item->row, skipUnits(row), amount) == amount;
+}
+
+void ParserRegionHandler_raise(ParserRegionHandler* this_, const GroupMemberTableRow* row, const char* key) {
+    ProcessingError_setValues(this_->context->currentError, __FILE__, __LINE__, key, ERROR_PROCESSING,
+                              SUBKIND_NONE, "%Z", GroupMemberTableRow_getElementName(row));
 }

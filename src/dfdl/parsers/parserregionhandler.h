@@ -4,6 +4,7 @@
 #include <cstdint>
 
 #include "dfdl/foundation/dfdlheapadapter.h"
+#include "dfdl/pif/pifenums.h"
 
 struct BooleanRepTableRow;
 struct BufferManager;
@@ -11,6 +12,7 @@ struct CharsetManager;
 struct Context;
 struct ContextItemForParser;
 struct DFDLConstants;
+struct DFDLDecimal;
 struct DFDLUString;
 struct DFDLValue;
 struct DelimitedScannerBytes;
@@ -36,6 +38,7 @@ struct ParserRegionHandler {
     uint32_t validationEnabled;
     PIFIteratorForParser* pifIterator;
     TraceHandlerAdapter* trace;
+    DFDLDecimal* scratchDecimal;  // of the conversion at hand
 };
 
 ParserRegionHandler* new_ParserRegionHandler(DFDLHeapAdapter* heap, DFDLConstants* constants,
@@ -86,8 +89,48 @@ DFDLValue* ParserRegionHandler_handleSimpleContent_TextBoolean(ParserRegionHandl
 // The list of the texts for true, or for false; null if the row has none.
 const DFDLUString* ParserRegionHandler_getTextBooleanTrueRepresentation(const BooleanRepTableRow* row);
 const DFDLUString* ParserRegionHandler_getTextBooleanFalseRepresentation(const BooleanRepTableRow* row);
+
+// The byte order of a binary number, and of a binary boolean. False with an error.
+bool ParserRegionHandler_findNumberOrder(ParserRegionHandler* this_, const GroupMemberTableRow* row,
+                                         ByteOrderEnum* order);
+bool ParserRegionHandler_findBooleanOrder(ParserRegionHandler* this_, const GroupMemberTableRow* row,
+                                          ByteOrderEnum* order);
+// The bytes of a field whose length, in the row's units, is known. Moves over the field. Fields of whole
+// bytes at a byte boundary come as they are; bits are made whole bytes. Null with an error; else a block of
+// the buffer manager, which the caller hands on or frees.
+uint8_t* ParserRegionHandler_extractBinaryRepresentation(ParserRegionHandler* this_,
+                                                         const GroupMemberTableRow* row, int64_t length,
+                                                         int64_t* count);
+// Each adopts such a block. Null with an error, but for a number of a type that is none.
+DFDLValue* ParserRegionHandler_handleSimpleContent_BinaryNumber(ParserRegionHandler* this_,
+                                                                const GroupMemberTableRow* row,
+                                                                uint8_t* block, int64_t count);
+DFDLValue* ParserRegionHandler_handleSimpleContent_BinaryBoolean(ParserRegionHandler* this_,
+                                                                 const GroupMemberTableRow* row,
+                                                                 uint8_t* block, int64_t count);
+DFDLValue* ParserRegionHandler_handleSimpleContent_BinaryCalendar(ParserRegionHandler* this_,
+                                                                  const GroupMemberTableRow* row,
+                                                                  uint8_t* block, int64_t count);
+DFDLValue* ParserRegionHandler_handleSimpleContent_BinaryOpaque(ParserRegionHandler* this_,
+                                                                const GroupMemberTableRow* row,
+                                                                uint8_t* block, int64_t count);
+// The first two for bytes that stay the caller's, such as those that lie together in the current buffer, and
+// without validation. Whole bytes in stream order, or what extraction has made of bits.
+DFDLValue* ParserRegionHandler_convertBinaryNumber(ParserRegionHandler* this_, const GroupMemberTableRow* row,
+                                                   const uint8_t* bytes, int64_t count);
+DFDLValue* ParserRegionHandler_convertBinaryBoolean(ParserRegionHandler* this_,
+                                                    const GroupMemberTableRow* row, const uint8_t* bytes,
+                                                    int64_t count);
+
+// The value, if it may be one of the row's: where values are validated, one that fails goes and null comes,
+// with the error. Null stays null.
+DFDLValue* ParserRegionHandler_keepIfValid(ParserRegionHandler* this_, DFDLValue* value,
+                                           const GroupMemberTableRow* row);
 // False if the value cannot be judged, with the error in the context.
 bool ParserRegionHandler_validateFacets(ParserRegionHandler* this_, const DFDLValue* value,
                                         const GroupMemberTableRow* row);
+
+// An error of which nothing but the element's name is to be said.
+void ParserRegionHandler_raise(ParserRegionHandler* this_, const GroupMemberTableRow* row, const char* key);
 
 #endif

@@ -9,15 +9,12 @@
 #include "dfdl/foundation/dfdlustring.h"
 #include "dfdl/foundation/processingerror.h"
 #include "dfdl/parsers/parserregionhandler.h"
+#include "dfdl/parsers/trustedlength.h"
 #include "dfdl/pif/groupmembertable.h"
 #include "dfdl/pif/lengthschemetable.h"
 #include "dfdl/pif/textstringtable.h"
 
 namespace {
-
-// A block of bytes that nobody has seen yet is only taken up to this size; for more, the data are loaded
-// first.
-constexpr int64_t TRUSTED_BYTES = 65536;
 
 // What is known of a field before it is read.
 struct TextField {
@@ -25,11 +22,6 @@ struct TextField {
     int32_t maxBytes;  // of a character
     bool trimBytes;
 };
-
-void raiseForElement(ParserRegionHandler* handler, const GroupMemberTableRow* row, const char* key) {
-    ProcessingError_setValues(handler->context->currentError, __FILE__, __LINE__, key, ERROR_PROCESSING,
-                              SUBKIND_NONE, "%Z", GroupMemberTableRow_getElementName(row));
-}
 
 bool isTrimmedAsBytes(const TextStringTableRow* row) {
     return row != nullptr && row->iTextTrimKind == TRIM_KIND_PAD_CHAR && row->padIsByte;
@@ -47,7 +39,7 @@ bool prepare(ParserRegionHandler* handler, const GroupMemberTableRow* row, bool 
     field->trimBytes = isTrimmedAsBytes(stringRow);
     if (field->trimBytes && inCharacters && !DFDLCharset_isFixedWidth(charset) &&
         !DFDLCharset_isUCS2(charset)) {
-        raiseForElement(handler, row, DFDLParser_unableToApplyPadByte);
+        ParserRegionHandler_raise(handler, row, DFDLParser_unableToApplyPadByte);
         return false;
     }
     return true;
@@ -92,7 +84,7 @@ DFDLUString* readByKind(ParserRegionHandler* handler, const GroupMemberTableRow*
         case DELIMITED:
             return readDelimited(handler, row, field, length);
         case UNDEFINED_LKIND:
-            raiseForElement(handler, row, DFDLParser_missingLengthKind);
+            ParserRegionHandler_raise(handler, row, DFDLParser_missingLengthKind);
             return nullptr;
         default:
             return nullptr;
@@ -120,7 +112,7 @@ class FieldBytes {
     FieldBytes(BufferManager* buffer, int64_t count, const GroupMemberTableRow* row) : buffer_(buffer) {
         const int64_t start = BufferManager_bytePosition(buffer);
         const bool there = count >= 0 && count <= std::numeric_limits<int32_t>::max() &&
-                           (count <= TRUSTED_BYTES || BufferManager_loadBytes(buffer, start + count));
+                           ParserRegionHandler_mayTakeBlock(buffer, count);
         if (there) {
             bytes_ = BufferManager_allocateBytes(buffer, count);
             complete_ = BufferManager_getBytes(buffer, bytes_, count, start, true, row) == count;

@@ -17,20 +17,6 @@ namespace {
 
 using PooledText = Owned<DFDLUString, delete_DFDLUString>;
 
-void raiseNoText(ParserRegionHandler* handler, const GroupMemberTableRow* row) {
-    ProcessingError_setValues(handler->context->currentError, __FILE__, __LINE__,
-                              DFDLParser_nullConversionString, ERROR_PROCESSING, SUBKIND_NONE, "%Z",
-                              GroupMemberTableRow_getElementName(row));
-}
-
-DFDLValue* validated(ParserRegionHandler* handler, DFDLValue* value, const GroupMemberTableRow* row) {
-    if (handler->validationEnabled == 0 || ParserRegionHandler_validateFacets(handler, value, row)) {
-        return value;
-    }
-    DFDLPoolingFactory_releaseDFDLValue(handler->heap->poolingFactory, value);
-    return nullptr;
-}
-
 // The texts for one of the two truth values.
 struct TruthTexts {
     const DFDLUString* list;
@@ -73,10 +59,11 @@ DFDLValue* ParserRegionHandler_handleSimpleContent_TextString(ParserRegionHandle
                                                               const GroupMemberTableRow* row,
                                                               DFDLUString* text) {
     if (text == nullptr) {
-        raiseNoText(this_, row);
+        ParserRegionHandler_raise(this_, row, DFDLParser_nullConversionString);
         return nullptr;
     }
-    return validated(this_, DFDLPoolingFactory_getStringDFDLValue(this_->heap->poolingFactory, text), row);
+    return ParserRegionHandler_keepIfValid(
+        this_, DFDLPoolingFactory_getStringDFDLValue(this_->heap->poolingFactory, text), row);
 }
 
 const DFDLUString* ParserRegionHandler_getTextBooleanTrueRepresentation(const BooleanRepTableRow* row) {
@@ -92,7 +79,7 @@ DFDLValue* ParserRegionHandler_handleSimpleContent_TextBoolean(ParserRegionHandl
                                                                DFDLUString* text) {
     const PooledText owner(text);
     if (text == nullptr) {
-        raiseNoText(this_, row);
+        ParserRegionHandler_raise(this_, row, DFDLParser_nullConversionString);
         return nullptr;
     }
     const BooleanRepTableRow* rep = GroupMemberTableRow_getBooleanRepRow(row);
@@ -105,12 +92,23 @@ DFDLValue* ParserRegionHandler_handleSimpleContent_TextBoolean(ParserRegionHandl
     ProcessingError* error = this_->context->currentError;
     for (const TruthTexts& texts : truths) {
         if (isOneOf(this_, row, texts, text)) {
-            return validated(this_, BooleanDV_createDFDLValue(this_->heap, &texts == truths), row);
+            return ParserRegionHandler_keepIfValid(
+                this_, BooleanDV_createDFDLValue(this_->heap, &texts == truths), row);
         }
         if (ProcessingError_isSet(error)) return nullptr;
     }
     ProcessingError_setValues(error, __FILE__, __LINE__, DFDLParser_invalidBooleanValue, ERROR_PROCESSING,
                               SUBKIND_NONE, "%Z", text);
+    return nullptr;
+}
+
+DFDLValue* ParserRegionHandler_keepIfValid(ParserRegionHandler* this_, DFDLValue* value,
+                                           const GroupMemberTableRow* row) {
+    if (value == nullptr || this_->validationEnabled == 0 ||
+        ParserRegionHandler_validateFacets(this_, value, row)) {
+        return value;
+    }
+    DFDLPoolingFactory_releaseDFDLValue(this_->heap->poolingFactory, value);
     return nullptr;
 }
 
