@@ -251,6 +251,7 @@ void GrammarBuilder::emitElement(GrammarNode* node, PIF::MGroupMemberTableRow* r
     PIF::MElementTableRow* element = pif_.mutable_element_table()->add_row();
     *element = node->element;
     element->set_element_id(id);
+    node->elementId = id;
     element->set_scd_id(emitScd(own));
     row->set_child_element_id(id);
     if (node->children.empty()) {
@@ -276,6 +277,12 @@ void GrammarBuilder::emit() {
         PIF::MGroupMemberTableRow* row = table->add_row();
         *row = node->row;
         emitElement(node, row, "");
+    }
+    for (const GrammarNode& node : nodes_) {
+        if (node.prefix == nullptr) continue;
+        pif_.mutable_length_scheme_table()
+            ->mutable_row(node.row.ilengthschemeid() - 1)
+            ->set_iprefixlengthtypeindex(node.prefix->elementId);
     }
     fillMarkupSets(&pif_);
     emitted_ = true;

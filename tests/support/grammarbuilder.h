@@ -24,6 +24,8 @@ struct GrammarNode {
     std::vector<std::pair<int32_t, int32_t>> facets;  // kind, row of the values table
     std::vector<int32_t> nilValues;                   // rows of the values table that mean nil
     std::vector<GrammarNode*> children;               // of a complex element: its model group
+    const GrammarNode* prefix = nullptr;              // of a prefixed length: a global element
+    int32_t elementId = -1;                           // in the message
 };
 
 // Says what a particle is like. Cheap to copy; good while its builder lives.
@@ -37,6 +39,11 @@ class GrammarHandle {
     GrammarHandle complexElement(const std::string& name);
     GrammarHandle text(const std::string& name);  // a string in UTF-8, without a length
     GrammarHandle boolean(const std::string& name, const std::string& trueReps, const std::string& falseReps);
+    // Binary ones, big-endian; kinds are such as "UNSIGNEDSHORT". Their lengths are said like those of texts.
+    GrammarHandle number(const std::string& name, const std::string& kindName);
+    GrammarHandle truth(const std::string& name, int32_t trueRep, int32_t falseRep);
+    GrammarHandle opaque(const std::string& name);
+    GrammarHandle littleEndian();  // of a number
     GrammarHandle sequence();
     GrammarHandle unordered();
     GrammarHandle choice();
@@ -52,6 +59,8 @@ class GrammarHandle {
     GrammarHandle implicitBytes(int32_t count);  // the type's greatest length
     GrammarHandle implicitCharacters(int32_t count);
     GrammarHandle pattern(const std::string& expression);
+    // The prefix is a global element of the same builder.
+    GrammarHandle prefixed(const GrammarHandle& prefix, bool includesItself = false);
     GrammarHandle delimited() { return length(DELIMITED, CHARACTERS, -1); }
     GrammarHandle endOfParent() { return length(END_OF_PARENT, CHARACTERS, -1); }
 
@@ -135,8 +144,9 @@ class GrammarBuilder {
     GrammarBuilder(const GrammarBuilder&) = delete;
     GrammarBuilder& operator=(const GrammarBuilder&) = delete;
 
-    GrammarHandle complexElement(const std::string& name);  // global
-    GrammarHandle text(const std::string& name);            // global
+    GrammarHandle complexElement(const std::string& name);                       // global
+    GrammarHandle text(const std::string& name);                                 // global
+    GrammarHandle number(const std::string& name, const std::string& kindName);  // global
     void variable(const std::string& name, const std::string& kindName, bool external);
     void variable(const std::string& name, const std::string& kindName, bool external,
                   const std::string& defaultValue);
@@ -154,6 +164,9 @@ class GrammarBuilder {
     GrammarNode* newGroup(PIF::MPIFEnums::MDFDLGroupTypeEnum kind, PIF::MPIFEnums::MPhysicalTypeEnum type);
     GrammarNode* newComplexElement(const std::string& name);
     GrammarNode* newText(const std::string& name, const std::string& kindName);
+    GrammarNode* newBinary(const std::string& name, const std::string& kindName,
+                           PIF::MPIFEnums::MPhysicalTypeEnum type);
+    GrammarNode* newNumber(const std::string& name, const std::string& kindName);
     // Each returns the number of a row. Literals, encodings and escape schemes that are alike share theirs.
     int32_t value(const std::string& kindName, const std::string& text);
     int32_t literal(const std::string& text);

@@ -20,7 +20,13 @@ class FieldBytes {
     const uint8_t* bytes() const { return bytes_; }  // null: fewer bytes than asked for
 
   private:
+    // A length may come from the data: a large one is not believed before the bytes are there.
     void copyBytes(int64_t length) {
+        constexpr int64_t TRUSTED_BYTES = 1 << 16;
+        if (length > TRUSTED_BYTES &&
+            !BufferManager_loadBytes(buffer_, BufferManager_bytePosition(buffer_) + length)) {
+            return;
+        }
         copy_ = BufferManager_allocateBytes(buffer_, length);
         const int64_t got =
             BufferManager_read(buffer_, copy_, length, BufferManager_bytePosition(buffer_), false);

@@ -95,6 +95,7 @@ void PIFIteratorForParser_reset(PIFIteratorForParser* this_) {
     PIFIteratorForParser_collapseStack(this_);
     releaseRootItem(this_);
     PIFIteratorForParser_releaseExtractedText(this_);
+    PIFIteratorForParser_releaseExtractedBytes(this_);
     PIFIteratorForParser_forgetScannedMarkup(this_);
     this_->stackDepth = 0;
     this_->hiddenDepth = 0;

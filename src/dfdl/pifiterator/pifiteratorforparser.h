@@ -64,6 +64,8 @@ struct PIFIteratorForParser {
     int32_t hiddenDepth;  // open hidden groups
     DFDLParserImpl* parser;
     DFDLUString* extractedText;
+    uint8_t* extractedBytes;  // a block of the buffer manager
+    int64_t extractedByteCount;
     DFDLUString* rootName;  // of the last root element that was set
     DFDLUString* rootNamespace;
     const GroupMemberTableRow* rootRow;
@@ -199,6 +201,13 @@ bool PIFIteratorForParser_STATE_SET_LENGTH_FROM_EXPLICIT_LENGTH(PIFIteratorForPa
 // Leaves extractedText, the caller's to hand on or to release.
 bool PIFIteratorForParser_extractTextRepresentation(PIFIteratorForParser* this_, ContextItemForParser* item,
                                                     int64_t length);
+// The same with extractedBytes.
+bool PIFIteratorForParser_extractBinaryRepresentation(PIFIteratorForParser* this_, ContextItemForParser* item,
+                                                      int64_t length);
+// The length that the field before the content gives, which is consumed. False with an error, or if the field
+// has a terminator.
+bool PIFIteratorForParser_calculatePrefixedLength(PIFIteratorForParser* this_, const GroupMemberTableRow* row,
+                                                  ContextItemForParser* item, int64_t* length);
 bool PIFIteratorForParser_processZeroLengthSimpleContent(PIFIteratorForParser* this_,
                                                          ContextItemForParser* item);
 // Whether the literal nil is %ES; too, which zero bytes are.
@@ -217,6 +226,8 @@ bool PIFIteratorForParser_checkNilLiteralValues(PIFIteratorForParser* this_, Con
 // Whether the content, which begins here, is made of nothing but the nil character; the position stays.
 bool PIFIteratorForParser_checkNilLiteralCharacter(PIFIteratorForParser* this_, ContextItemForParser* item,
                                                    int64_t bytes);
+// A literal that is found is all that the content can be; one that is not cannot be it any more.
+bool PIFIteratorForParser_decideNil(PIFIteratorForParser* this_, ContextItemForParser* item, bool found);
 bool PIFIteratorForParser_checkNilLogicalValue(PIFIteratorForParser* this_, ContextItemForParser* item);
 // Decides for a complex element between nil and a value.
 void PIFIteratorForParser_checkNilComplexContent(PIFIteratorForParser* this_, ContextItemForParser* item);
@@ -224,6 +235,7 @@ bool PIFIteratorForParser_adjustSimpleElementValue(PIFIteratorForParser* this_, 
 bool PIFIteratorForParser_applyLeadingAlignment(PIFIteratorForParser* this_, ContextItemForParser* item);
 bool PIFIteratorForParser_applyTrailingAlignment(PIFIteratorForParser* this_, ContextItemForParser* item);
 void PIFIteratorForParser_releaseExtractedText(PIFIteratorForParser* this_);
+void PIFIteratorForParser_releaseExtractedBytes(PIFIteratorForParser* this_);
 
 // Raises that the grammar asks for something that this parser cannot do.
 void PIFIteratorForParser_raiseUnsupported(PIFIteratorForParser* this_, const GroupMemberTableRow* row,

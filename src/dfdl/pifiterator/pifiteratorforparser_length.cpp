@@ -112,18 +112,38 @@ DFDLValue* convertText(PIFIteratorForParser* iterator, const ContextItemForParse
                : ParserRegionHandler_handleSimpleContent_TextString(handler, item->row, text);
 }
 
+DFDLValue* convertBytes(PIFIteratorForParser* iterator, const ContextItemForParser* item) {
+    uint8_t* bytes = iterator->extractedBytes;
+    iterator->extractedBytes = nullptr;
+    ParserRegionHandler* handler = iterator->parserRegionHandler;
+    const GroupMemberTableRow* row = item->row;
+    switch (row->iPhysicalType) {
+        case BINARY_BOOLEAN:
+            return ParserRegionHandler_handleSimpleContent_BinaryBoolean(handler, row, bytes,
+                                                                         iterator->extractedByteCount);
+        case BINARY_OPAQUE:
+            return ParserRegionHandler_handleSimpleContent_BinaryOpaque(handler, row, bytes,
+                                                                        iterator->extractedByteCount);
+        default:
+            return ParserRegionHandler_handleSimpleContent_BinaryNumber(handler, row, bytes,
+                                                                        iterator->extractedByteCount);
+    }
+}
+
+bool isText(const ContextItemForParser* item) { return (item->row->flags & GM_TEXT) != 0; }
+
 // Length, extraction and conversion. False with an error.
 bool parseContent(PIFIteratorForParser* iterator, ContextItemForParser* item) {
     int64_t length = 0;
     if (PIFIteratorForParser_calculateElementLength(iterator, item->row, item, &length) != 1) return false;
-    if (!PIFIteratorForParser_extractTextRepresentation(iterator, item, length)) {
-        PIFIteratorForParser_releaseExtractedText(iterator);
-        return false;
-    }
-    if ((item->possibleContent & CONTENT_VALUE) != 0 && length >= 1)
-        item->value = convertText(iterator, item);
+    const bool extracted = isText(item)
+                               ? PIFIteratorForParser_extractTextRepresentation(iterator, item, length)
+                               : PIFIteratorForParser_extractBinaryRepresentation(iterator, item, length);
+    if (extracted && (item->possibleContent & CONTENT_VALUE) != 0 && length >= 1)
+        item->value = isText(item) ? convertText(iterator, item) : convertBytes(iterator, item);
     PIFIteratorForParser_releaseExtractedText(iterator);
-    return true;
+    PIFIteratorForParser_releaseExtractedBytes(iterator);
+    return extracted;
 }
 
 // A required occurrence without content.
@@ -197,7 +217,7 @@ bool PIFIteratorForParser_processSimpleElementRepresentation(PIFIteratorForParse
 int32_t PIFIteratorForParser_calculateElementLength(PIFIteratorForParser* this_,
                                                     const GroupMemberTableRow* row,
                                                     ContextItemForParser* item, int64_t* length) {
-    const RowPlan* plan = item->plan;
+    const RowPlan* plan = &this_->plans[row->rowIndex];
     if (row->lengthRow == nullptr) {
         raise(this_, DFDLParser_nullBinaryNumberRow, ERROR_PROCESSING, row);
         return -1;
@@ -210,13 +230,16 @@ int32_t PIFIteratorForParser_calculateElementLength(PIFIteratorForParser* this_,
         *length = scanForLength(this_, item);
         return *length < 0 ? 0 : 1;
     }
+    if (plan->lengthKind == PREFIXED)
+        return PIFIteratorForParser_calculatePrefixedLength(this_, row, item, length) ? 1 : 0;
     *length = plan->lengthKind == IMPLICIT && ContextItem_isComplexElement(item) ? -1 : plan->length;
     return 1;
 }
 
 bool PIFIteratorForParser_ComplexElement_precalculateLength(PIFIteratorForParser* this_,
                                                             ContextItemForParser* item) {
-    return item->plan->lengthKind != EXPLICIT || imposeLength(this_, item);
+    const int32_t kind = item->plan->lengthKind;
+    return (kind != EXPLICIT && kind != PREFIXED) || imposeLength(this_, item);
 }
 
 bool PIFIteratorForParser_STATE_SET_LENGTH_FROM_EXPLICIT_LENGTH(PIFIteratorForParser* this_,

@@ -30,17 +30,6 @@ void traceFinding(PIFIteratorForParser* iterator, ContextItemForParser* item, bo
         "");
 }
 
-// A literal that is found is all that the content can be; one that is not cannot be it any more.
-bool decideLiteral(PIFIteratorForParser* iterator, ContextItemForParser* item, bool found) {
-    traceFinding(iterator, item, found);
-    if (found) {
-        item->possibleContent = CONTENT_NIL;
-    } else {
-        item->possibleContent &= ~static_cast<uint32_t>(CONTENT_NIL);
-    }
-    return found;
-}
-
 // The bytes of the kept part, with the position moved to its start; -1 with an error.
 int64_t goToKeptPart(PIFIteratorForParser* iterator, const ContextItemForParser* item,
                      const NilField& field) {
@@ -173,16 +162,27 @@ bool PIFIteratorForParser_isEmptyStringNil(const GroupMemberTableRow* row) {
            row->nilRow->hasEmptyStringEntity;
 }
 
+bool PIFIteratorForParser_decideNil(PIFIteratorForParser* this_, ContextItemForParser* item, bool found) {
+    traceFinding(this_, item, found);
+    if (found) {
+        item->possibleContent = CONTENT_NIL;
+    } else {
+        item->possibleContent &= ~static_cast<uint32_t>(CONTENT_NIL);
+    }
+    return found;
+}
+
 bool PIFIteratorForParser_checkNilLiteralValues(PIFIteratorForParser* this_, ContextItemForParser* item,
                                                 const NilField& field) {
     const bool isEmpty = (item->plan->trim == TRIM_CHARACTER ? field.characters : field.bytes) == 0;
-    if (isEmpty && PIFIteratorForParser_isEmptyStringNil(item->row)) return decideLiteral(this_, item, true);
+    if (isEmpty && PIFIteratorForParser_isEmptyStringNil(item->row))
+        return PIFIteratorForParser_decideNil(this_, item, true);
     BufferManager_reset(this_->bufferManager, field.start);
     const int64_t bytes = goToKeptPart(this_, item, field);
     const bool found = bytes >= 0 && matchesLiteral(this_, item, bytes);
     BufferManager_reset(this_->bufferManager, field.end);
     if (PIFIteratorForParser_hasFailed(this_)) return false;
-    return decideLiteral(this_, item, found);
+    return PIFIteratorForParser_decideNil(this_, item, found);
 }
 
 bool PIFIteratorForParser_checkNilLiteralCharacter(PIFIteratorForParser* this_, ContextItemForParser* item,
@@ -190,7 +190,7 @@ bool PIFIteratorForParser_checkNilLiteralCharacter(PIFIteratorForParser* this_, 
     const bool found = item->row->nilRow->nilIsByte ? isAllNilBytes(this_, item, bytes)
                                                     : isAllNilCharacters(this_, item, bytes);
     if (PIFIteratorForParser_hasFailed(this_)) return false;
-    return decideLiteral(this_, item, found);
+    return PIFIteratorForParser_decideNil(this_, item, found);
 }
 
 bool PIFIteratorForParser_checkNilLogicalValue(PIFIteratorForParser* this_, ContextItemForParser* item) {
@@ -209,5 +209,5 @@ void PIFIteratorForParser_checkNilComplexContent(PIFIteratorForParser* this_, Co
     const bool nil = isComplexContentAbsent(this_, item) &&
                      PIFIteratorForParser_isEmptyStringNil(item->row) && terminatorFitsNil(this_, item);
     if (PIFIteratorForParser_hasFailed(this_)) return;
-    decideLiteral(this_, item, nil);
+    PIFIteratorForParser_decideNil(this_, item, nil);
 }

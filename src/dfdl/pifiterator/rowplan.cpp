@@ -42,28 +42,31 @@ const char* unsupportedContent(int32_t physicalType) {
     switch (physicalType) {
         case TEXT_STRING:
         case TEXT_BOOLEAN:
+        case BINARY_NUMBER:
+        case BINARY_BOOLEAN:
+        case BINARY_OPAQUE:
             return nullptr;
         case TEXT_NUMBER:
             return "a text number";
-        case BINARY_NUMBER:
-            return "a binary number";
         case TEXT_CALENDAR:
             return "a text calendar";
         case BINARY_CALENDAR:
             return "a binary calendar";
-        case BINARY_BOOLEAN:
-            return "a binary boolean";
-        case BINARY_OPAQUE:
-            return "opaque binary data";
         default:
             return "a simple element without a physical type";
     }
 }
 
+bool isTextType(int32_t physicalType) {
+    return physicalType == TEXT_STRING || physicalType == TEXT_NUMBER || physicalType == TEXT_CALENDAR ||
+           physicalType == TEXT_BOOLEAN;
+}
+
 const char* unsupportedKind(const GroupMemberTableRow& row) {
     switch (itemKind(row)) {
         case ITEM_SIMPLE_ELEMENT:
-            if ((row.flags & GM_TEXT) == 0) return "a string in binary representation";
+            if (isTextType(row.iPhysicalType) != ((row.flags & GM_TEXT) != 0))
+                return "a representation that the kind of content cannot have";
             return unsupportedContent(row.iPhysicalType);
         case ITEM_CHOICE:
             return "a choice";
@@ -74,6 +77,19 @@ const char* unsupportedKind(const GroupMemberTableRow& row) {
     }
 }
 
+// The field that gives a length must be one that this parser reads, with a length of its own.
+const char* unsupportedPrefix(const LengthSchemeTableRow& length) {
+    const GroupMemberTableRow* prefix =
+        length.prefixElement == nullptr ? nullptr : length.prefixElement->globalMember;
+    if (prefix == nullptr || prefix->lengthRow == nullptr)
+        return "a prefixed length without a type of its prefix";
+    if (prefix->iPhysicalType != BINARY_NUMBER || (prefix->flags & GM_TEXT) != 0)
+        return "a prefixed length whose prefix is not a binary number";
+    if (prefix->lengthRow->iLengthKind != EXPLICIT && prefix->lengthRow->iLengthKind != IMPLICIT)
+        return "a prefixed length whose prefix has no constant length";
+    return prefix->lengthRow->iLengthExprIndex != -1 ? "a length that comes from an expression" : nullptr;
+}
+
 const char* unsupportedLength(const GroupMemberTableRow& row) {
     if (row.lengthRow == nullptr) return nullptr;
     if (row.lengthRow->iLengthKind == EXPLICIT && row.lengthRow->iLengthExprIndex != -1) {
@@ -81,7 +97,7 @@ const char* unsupportedLength(const GroupMemberTableRow& row) {
     }
     switch (row.lengthRow->iLengthKind) {
         case PREFIXED:
-            return "a prefixed length";
+            return unsupportedPrefix(*row.lengthRow);
         case PATTERN:
             return "a length given by a pattern";
         default:

@@ -1,0 +1,137 @@
+// Binary elements on the walk: bit fields, bytes of every kind, nil, and lengths that stand before the
+// content.
+#include <gtest/gtest.h>
+
+#include <functional>
+#include <memory>
+#include <string>
+
+#include "support/grammarbuilder.h"
+#include "support/parserrun.h"
+
+namespace {
+
+using namespace std::string_literals;
+using Grammar = std::unique_ptr<DFDLGrammar, decltype(&delete_DFDLGrammar)>;
+using Values = std::vector<std::string>;
+
+struct Case {
+    const char* fault;
+    std::function<void(GrammarBuilder&, GrammarHandle)> describe;
+    std::string data;
+    Values values;
+    const char* code = nullptr;  // null: parsed
+};
+
+const Case CASES[] = {
+    {"fields of bits are cut out wrongly",
+     [](GrammarBuilder&, GrammarHandle r) {
+         r.number("version", "UNSIGNEDBYTE").bits(4);
+         r.number("length", "UNSIGNEDBYTE").bits(4);
+         r.number("offset", "SHORT").bits(13);
+         r.number("flags", "UNSIGNEDBYTE").bits(3);
+     },
+     "\x45\xFF\xFA"s,
+     {"version=4", "length=5", "offset=-1", "flags=2"}},
+    {"the byte order is that of the machine",
+     [](GrammarBuilder&, GrammarHandle r) {
+         r.number("a", "UNSIGNEDSHORT").bytes(2);
+         r.number("b", "UNSIGNEDSHORT").bytes(2).littleEndian();
+         r.number("c", "INT").bytes(4);
+         r.number("d", "LONG").bytes(8).littleEndian();
+     },
+     "\x01\x02\x01\x02\xFF\xFF\xFF\xFE\x00\x00\x00\x00\x00\x00\x00\x80"s,
+     {"a=258", "b=513", "c=-2", "d=-9223372036854775808"}},
+    {"a number may be longer than its type",
+     [](GrammarBuilder&, GrammarHandle r) { r.number("a", "SHORT").bytes(3); },
+     "\0\0\1"s,
+     {},
+     "CTDP3162E"},
+    {"bytes that are missing are made up",
+     [](GrammarBuilder&, GrammarHandle r) { r.number("a", "INT").bytes(4); },
+     "\0\0\1"s,
+     {},
+     "CTDP3000E"},
+    {"truth values and opaque bytes are numbers",
+     [](GrammarBuilder&, GrammarHandle r) {
+         r.truth("t", 1, 0).bytes(2);
+         r.truth("f", 1, 0).bytes(1);
+         r.opaque("o").bytes(3);
+     },
+     "\0\1\0\xAB\xCD\xEF"s,
+     {"t=true", "f=false", "o=ABCDEF"}},
+    {"a nil byte is a value",
+     [](GrammarBuilder&, GrammarHandle r) {
+         r.number("a", "INT").bytes(2).encoding("ISO-8859-1").nilCharacter("%#rFF;");
+         r.opaque("b").bytes(3).encoding("US-ASCII").nilLiteral("nil");
+         r.opaque("c").bytes(3).encoding("US-ASCII").nilLiteral("nil");
+     },
+     "\xFF\xFFnilNIL"s,
+     {"a=nil", "b=nil", "c=4E494C"}},
+    {"opaque bytes do not end at a delimiter",
+     [](GrammarBuilder&, GrammarHandle r) {
+         auto group = r.sequence().separator(",");
+         group.opaque("a").delimited();
+         group.opaque("b").delimited();
+     },
+     "\x01\x02,\x03"s,
+     {"a=0102", "b=03"}},
+};
+
+const Case PREFIXES[] = {
+    {"a prefix is not the length",
+     [](GrammarBuilder& b, GrammarHandle r) {
+         const GrammarHandle one = b.number("one", "UNSIGNEDBYTE").bytes(1);
+         const GrammarHandle two = b.number("two", "UNSIGNEDSHORT").bytes(2).littleEndian();
+         r.text("a").prefixed(one);
+         r.opaque("b").prefixed(two, true);
+         auto group = r.complexElement("g");
+         group.prefixed(one);
+         group.text("c").endOfParent();
+     },
+     "\3xyz\4\0\xAA\xBB\2zz"s,
+     {"a=xyz", "b=AABB", "c=zz"}},
+    {"a prefix may be longer than itself",
+     [](GrammarBuilder& b, GrammarHandle r) {
+         r.opaque("b").prefixed(b.number("two", "UNSIGNEDSHORT").bytes(2), true);
+     },
+     "\0\1"s,
+     {},
+     "CTDP3123E"},
+    {"a prefix is believed before the data are there",
+     [](GrammarBuilder& b, GrammarHandle r) {
+         r.opaque("b").prefixed(b.number("four", "UNSIGNEDINT").bytes(4));
+     },
+     "\xFF\xFF\xFF\xFF\1\2"s,
+     {},
+     "CTDP3000E"},
+    {"half a prefix is one",
+     [](GrammarBuilder& b, GrammarHandle r) {
+         r.text("b").prefixed(b.number("four", "UNSIGNEDINT").bytes(4));
+     },
+     "\0\0\0"s,
+     {},
+     "CTDP3000E"},
+};
+
+void expectCase(const Case& entry) {
+    GrammarBuilder builder;
+    entry.describe(builder, builder.complexElement("r"));
+    const Grammar grammar(builder.load(), delete_DFDLGrammar);
+    ASSERT_NE(nullptr, grammar) << entry.fault;
+    const ParserRun run = runEverywhere(grammar.get(), u"r", entry.data);
+    EXPECT_EQ(entry.values, run.values()) << entry.fault << "\n" << run;
+    EXPECT_EQ(entry.code == nullptr, run.parsed) << entry.fault << "\n" << run;
+    EXPECT_EQ(entry.code == nullptr ? Values{} : Values{entry.code}, run.codes()) << entry.fault << "\n"
+                                                                                  << run;
+}
+
+TEST(Binary, ContentIsReadAsItsTypeSays) {
+    for (const Case& entry : CASES) expectCase(entry);
+}
+
+TEST(Binary, PrefixesGiveLengths) {
+    for (const Case& entry : PREFIXES) expectCase(entry);
+}
+
+}  // namespace
