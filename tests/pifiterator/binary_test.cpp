@@ -26,10 +26,10 @@ struct Case {
 const Case CASES[] = {
     {"fields of bits are cut out wrongly",
      [](GrammarBuilder&, GrammarHandle r) {
-         r.number("version", "UNSIGNEDBYTE").bits(4);
-         r.number("length", "UNSIGNEDBYTE").bits(4);
-         r.number("offset", "SHORT").bits(13);
-         r.number("flags", "UNSIGNEDBYTE").bits(3);
+         r.number("version", "UNSIGNEDBYTE").bits(4).alignBits(1);
+         r.number("length", "UNSIGNEDBYTE").bits(4).alignBits(1);
+         r.number("offset", "SHORT").bits(13).alignBits(1);
+         r.number("flags", "UNSIGNEDBYTE").bits(3).alignBits(1);
      },
      "\x45\xFF\xFA"s,
      {"version=4", "length=5", "offset=-1", "flags=2"}},
