@@ -1,6 +1,7 @@
 // Fields that are no text: how they are cut out, and what they become.
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <random>
 #include <string>
 
@@ -15,6 +16,7 @@
 #include "dfdl/parsers/trustedlength.h"
 #include "dfdl/pif/binarynumbertable.h"
 #include "dfdl/pif/booleanreptable.h"
+#include "dfdl/pif/calendarreptable.h"
 #include "dfdl/pif/lengthschemetable.h"
 #include "dfdl/pifiterator/pifiteratorforparser.h"
 #include "support/bufferrig.h"
@@ -38,6 +40,7 @@ struct BinaryRig {
     LengthSchemeTableRow length;
     BinaryNumberTableRow number;
     BooleanRepTableRow boolean;
+    CalendarRepTableRow calendar;
 
     explicit BinaryRig(PhysicalTypeEnum type = BINARY_NUMBER, const DFDLHeapImpl* heap = nullptr)
         : rig(heap) {
@@ -53,10 +56,15 @@ struct BinaryRig {
         boolean.iByteOrder = BYTEOR_BIG_ENDIAN;
         boolean.iIntegerBooleanTrueRep = 1;
         boolean.iIntegerBooleanFalseRep = 0;
+        calendar.binaryNumberRow = &number;
+        calendar.iByteOrder = BYTEOR_BIG_ENDIAN;
         rig.item.lengthRow = &length;
         setPhysicalType(type);
     }
-    ~BinaryRig() { delete_ParserRegionHandler(handler); }
+    ~BinaryRig() {
+        delete_DFDLUString(calendar.iBinaryCalendarEpoch);
+        delete_ParserRegionHandler(handler);
+    }
     BinaryRig(const BinaryRig&) = delete;
     BinaryRig& operator=(const BinaryRig&) = delete;
 
@@ -65,6 +73,7 @@ struct BinaryRig {
         rig.item.physicalRow = nullptr;
         if (type == BINARY_NUMBER) rig.item.physicalRow = &number;
         if (type == BINARY_BOOLEAN) rig.item.physicalRow = &boolean;
+        if (type == BINARY_CALENDAR) rig.item.physicalRow = &calendar;
     }
     // Kind and text of the value; the error; "null" for neither.
     std::string take(DFDLValue* value) {
@@ -350,7 +359,69 @@ TEST(BinaryFields, RowsThatAreMissingOrAskForMore) {
     rig.number.iBinaryFloatRepExprIndex = 0;
     EXPECT_EQ(rig.readAll(fromHex("01020304")).substr(0, 9), "CTDP3900E");
     rig.setPhysicalType(BINARY_CALENDAR);
-    EXPECT_EQ(rig.readAll(fromHex("01020304")).substr(0, 9), "CTDP3900E");
+    rig.number.iBinaryNumberRepresentation = BCD;
+    EXPECT_EQ(rig.readAll(fromHex("20260101")).substr(0, 9), "CTDP3900E");
+}
+
+struct CalendarCase {
+    BinaryNumberRepEnum representation;
+    DFDLSimpleTypeEnum type;
+    ByteOrderEnum order;
+    const char16_t* epoch;
+    const char* hex;
+    const char* expected;
+};
+
+// The moments: python3 -c 'from datetime import *; print(datetime(1970, 1, 1) + timedelta(seconds=-2**31))'
+const CalendarCase CALENDARS[] = {
+    {BINARY_SECONDS, SIMPLE_DATETIME, BYTEOR_BIG_ENDIAN, u"1970-01-01T00:00:00", "00000000",
+     "datetime 1970-01-01T00:00:00Z"},
+    {BINARY_SECONDS, SIMPLE_DATETIME, BYTEOR_BIG_ENDIAN, u"1970-01-01T00:00:00", "80000000",
+     "datetime 1901-12-13T20:45:52Z"},
+    {BINARY_SECONDS, SIMPLE_DATETIME, BYTEOR_LITTLE_ENDIAN, u"1970-01-01T00:00:00", "FFFFFF7F",
+     "datetime 2038-01-19T03:14:07Z"},
+    {BINARY_SECONDS, SIMPLE_DATETIME, BYTEOR_BIG_ENDIAN, u"2000-01-01T12:00:00", "00000001",
+     "datetime 2000-01-01T12:00:01Z"},
+    {BINARY_MILLISECONDS, SIMPLE_DATETIME, BYTEOR_BIG_ENDIAN, u"1970-01-01T00:00:00", "000000E8D4A51001",
+     "datetime 2001-09-09T01:46:40.001Z"},
+    {BINARY_MILLISECONDS, SIMPLE_DATETIME, BYTEOR_LITTLE_ENDIAN, u"1970-01-01T00:00:00", "FFFFFFFFFFFFFFFF",
+     "datetime 1969-12-31T23:59:59.999Z"},
+    {BINARY_SECONDS, SIMPLE_DATETIME, BYTEOR_BIG_ENDIAN, u"1970-01-01T00:00:00", "0000", "CTDV1445E item"},
+    {BINARY_MILLISECONDS, SIMPLE_DATETIME, BYTEOR_BIG_ENDIAN, u"1970-01-01T00:00:00", "00000000",
+     "CTDV1444E item"},
+    {BINARY_SECONDS, SIMPLE_DATETIME, BYTEOR_BIG_ENDIAN, u"1970-01-01 00:00:00", "00000000",
+     "CTDP3143E 1970-01-01 00:00:00 item"},
+    {BINARY_SECONDS, SIMPLE_INT, BYTEOR_BIG_ENDIAN, u"1970-01-01T00:00:00", "00000000", "null"},
+};
+
+TEST(BinaryFields, CalendarsThatAreCounted) {
+    for (const CalendarCase& c : CALENDARS) {
+        BinaryRig rig(BINARY_CALENDAR);
+        rig.rig.item.simpleTypeKind = c.type;
+        rig.number.iBinaryNumberRepresentation = c.representation;
+        rig.calendar.iByteOrder = c.order;
+        rig.calendar.iBinaryCalendarEpoch = DFDLUStringPooler_getDFDLUStringFromView(rig.rig.heap, c.epoch);
+        EXPECT_EQ(rig.readAll(fromHex(c.hex)), c.expected) << c.hex;
+    }
+}
+
+// The kind is the element's, the fields are those of any moment.
+TEST(BinaryFields, CountedCalendarsKeepTheirType) {
+    for (const auto& [type, kind] : {std::pair{SIMPLE_DATE, TYPE_DATE}, std::pair{SIMPLE_TIME, TYPE_TIME}}) {
+        BinaryRig rig(BINARY_CALENDAR);
+        rig.rig.item.simpleTypeKind = type;
+        rig.number.iBinaryNumberRepresentation = BINARY_SECONDS;
+        rig.calendar.iBinaryCalendarEpoch =
+            DFDLUStringPooler_getDFDLUStringFromView(rig.rig.heap, u"1970-01-01T00:00:00");
+        uint8_t* block = BufferManager_allocateBytes(rig.rig.buffer, 4);
+        std::fill(block, block + 4, uint8_t{0});
+        DFDLValue* value =
+            ParserRegionHandler_handleSimpleContent_BinaryCalendar(rig.handler, &rig.rig.item, block, 4);
+        ASSERT_NE(value, nullptr);
+        EXPECT_EQ(value->schemaType, static_cast<uint32_t>(kind));
+        EXPECT_TRUE(DateTimeDV_hasTimeZone(value) && DateTimeDV_hasDate(value) && DateTimeDV_hasTime(value));
+        DFDLPoolingFactory_releaseDFDLValue(rig.rig.heap->poolingFactory, value);
+    }
 }
 
 // A wrong number in the grammar: whole bytes are little-endian then, and bits are in no order.

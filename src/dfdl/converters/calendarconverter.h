@@ -31,6 +31,10 @@ UCalendar* CalendarConverter_createCalendarFromSchemaLexicalTime(const DFDLUStri
                                                                  DFDLConstants* constants);
 UCalendar* CalendarConverter_createCalendarFromSchemaLexicalDateTime(const DFDLUString* text,
                                                                      DFDLConstants* constants);
+// So many milliseconds after the epoch, or after the start of 1970 in GMT where that is null. The epoch
+// stays. Null if ICU refuses.
+UCalendar* CalendarConverter_createCalendarFromMillis(const UCalendar* epoch, DFDLConstants* constants,
+                                                      double milliseconds);
 
 // The text ends in "Z" or in an offset of the form "+hh:mm".
 bool CalendarConverter_hasTimezone(const DFDLUString* text);

@@ -90,11 +90,13 @@ DFDLValue* ParserRegionHandler_handleSimpleContent_TextBoolean(ParserRegionHandl
 const DFDLUString* ParserRegionHandler_getTextBooleanTrueRepresentation(const BooleanRepTableRow* row);
 const DFDLUString* ParserRegionHandler_getTextBooleanFalseRepresentation(const BooleanRepTableRow* row);
 
-// The byte order of a binary number, and of a binary boolean. False with an error.
+// The byte order of a binary number, boolean or calendar. False with an error.
 bool ParserRegionHandler_findNumberOrder(ParserRegionHandler* this_, const GroupMemberTableRow* row,
                                          ByteOrderEnum* order);
 bool ParserRegionHandler_findBooleanOrder(ParserRegionHandler* this_, const GroupMemberTableRow* row,
                                           ByteOrderEnum* order);
+bool ParserRegionHandler_findCalendarOrder(ParserRegionHandler* this_, const GroupMemberTableRow* row,
+                                           ByteOrderEnum* order);
 // The bytes of a field whose length, in the row's units, is known. Moves over the field. Fields of whole
 // bytes at a byte boundary come as they are; bits are made whole bytes. Null with an error; else a block of
 // the buffer manager, which the caller hands on or frees.

@@ -195,14 +195,6 @@ DFDLValue* ParserRegionHandler_handleSimpleContent_BinaryBoolean(ParserRegionHan
     return ParserRegionHandler_keepIfValid(this_, value, row);
 }
 
-DFDLValue* ParserRegionHandler_handleSimpleContent_BinaryCalendar(ParserRegionHandler* this_,
-                                                                  const GroupMemberTableRow* row,
-                                                                  uint8_t* block, int64_t /*count*/) {
-    BufferManager_deAllocateBytes(this_->bufferManager, block);
-    PIFIteratorForParser_raiseUnsupported(this_->pifIterator, row, "binary calendars");
-    return nullptr;
-}
-
 DFDLValue* ParserRegionHandler_handleSimpleContent_BinaryOpaque(ParserRegionHandler* this_,
                                                                 const GroupMemberTableRow* row,
                                                                 uint8_t* block, int64_t count) {

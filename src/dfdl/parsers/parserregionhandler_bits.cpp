@@ -12,6 +12,7 @@
 #include "dfdl/parsers/trustedlength.h"
 #include "dfdl/pif/binarynumbertable.h"
 #include "dfdl/pif/booleanreptable.h"
+#include "dfdl/pif/calendarreptable.h"
 #include "dfdl/pif/groupmembertable.h"
 #include "dfdl/pif/lengthschemetable.h"
 #include "dfdl/pif/rowtrace.h"
@@ -166,6 +167,12 @@ bool ParserRegionHandler_findBooleanOrder(ParserRegionHandler* this_, const Grou
                                           ByteOrderEnum* order) {
     return findByteOrder(this_, row, GroupMemberTableRow_getBooleanRepRow(row), DFDLParser_nullBooleanRep,
                          order);
+}
+
+bool ParserRegionHandler_findCalendarOrder(ParserRegionHandler* this_, const GroupMemberTableRow* row,
+                                           ByteOrderEnum* order) {
+    return findByteOrder(this_, row, GroupMemberTableRow_getCalendarRepRow(row),
+                         DFDLParser_unresolvedCalendarFormat, order);
 }
 
 uint8_t* ParserRegionHandler_extractBinaryRepresentation(ParserRegionHandler* this_,
