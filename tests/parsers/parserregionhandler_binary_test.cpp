@@ -1,4 +1,5 @@
 // Fields that are no text: how they are cut out, and what they become.
+#include <dfdl/dfdl.h>
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -11,6 +12,8 @@
 #include "dfdl/foundation/dfdlustring.h"
 #include "dfdl/foundation/guard.h"
 #include "dfdl/foundation/processingerror.h"
+#include "dfdl/foundation/resourcecatalog.h"
+#include "dfdl/foundation/tracehandleradapter.h"
 #include "dfdl/foundation/xsvalue.h"
 #include "dfdl/parsers/parserregionhandler.h"
 #include "dfdl/parsers/trustedlength.h"
@@ -461,6 +464,50 @@ TEST(BinaryFields, LoseNothingWhenMemoryEnds) {
         EXPECT_EQ(rig.read(2), "hexBinary 8001");
     });
     EXPECT_GT(failures, 5);
+}
+
+// What user trace hears last.
+struct Listener {
+    std::string heard;
+    DFDLUserTraceHandler* handler = new_DFDLUserTraceHandler();
+
+    Listener() {
+        DFDLUserTraceHandler_setContextObject(handler, this);
+        DFDLUserTraceHandler_setUserInfoCallback(handler, hear);
+    }
+    ~Listener() { delete_DFDLUserTraceHandler(handler); }
+    Listener(const Listener&) = delete;
+    Listener& operator=(const Listener&) = delete;
+
+    static void hear(DFDLUserTraceHandler* source, const DFDLTrace* trace) {
+        const DFDLChar* units = nullptr;
+        int32_t length = 0;
+        DFDLTrace_getStatement(trace, &units, &length);
+        const std::u16string_view text(units, static_cast<size_t>(length));
+        static_cast<Listener*>(DFDLUserTraceHandler_getContextObject(source))
+            ->heard.assign(text.begin(), text.end());
+    }
+};
+
+TEST(BinaryFields, TraceShowsTheBytes) {
+    Listener listener;
+    BinaryRig rig;
+    ResourceCatalog* catalog = new_ResourceCatalog(rig.rig.heap, rig.rig.context);
+    ASSERT_TRUE(ResourceCatalog_openResource(catalog));
+    TraceHandlerAdapter* trace = new_TraceHandlerAdapter(rig.rig.heap, rig.rig.context, catalog);
+    TraceHandlerAdapter_setUserTraceHandler(trace, listener.handler);
+    rig.handler->trace = trace;
+    rig.rig.item.simpleTypeKind = SIMPLE_SHORT;
+    EXPECT_EQ(rig.readAll(fromHex("01AF")), "short 431");
+    EXPECT_NE(listener.heard.find("item"), std::string::npos) << listener.heard;
+    EXPECT_NE(listener.heard.find("its length was known; its bytes are X'01AF'"), std::string::npos)
+        << listener.heard;
+    rig.length.iLengthKind = DELIMITED;
+    EXPECT_EQ(rig.readAll(fromHex("01AE")), "short 430");
+    EXPECT_NE(listener.heard.find("item"), std::string::npos) << listener.heard;
+    EXPECT_NE(listener.heard.find("are X'01AE'"), std::string::npos) << listener.heard;
+    delete_TraceHandlerAdapter(trace);
+    delete_ResourceCatalog(catalog);
 }
 
 }  // namespace
