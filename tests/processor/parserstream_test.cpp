@@ -39,6 +39,14 @@ void pieceBack(DFDLBufferHandler* handler, DFDLByteBuffer*) {
     --static_cast<Source*>(DFDLBufferHandler_getContextObject(handler))->held;
 }
 
+DFDLBufferHandler* handlerOf(Source* source) {
+    DFDLBufferHandler* input = new_DFDLBufferHandler();
+    DFDLBufferHandler_setContextObject(input, source);
+    DFDLBufferHandler_setGetNextBufferHandlerCallback(input, nextPiece);
+    DFDLBufferHandler_setReleaseBufferHandlerCallback(input, pieceBack);
+    return input;
+}
+
 struct LiveBytes {
     int64_t now = 0;
     int64_t most = 0;
@@ -117,10 +125,7 @@ LiveBytes stream(const Format& format, int32_t records) {
     Source source{format.record(), records};
     DFDLHeap* heap = new_DFDLHeap(&live, liveMalloc, liveCalloc, liveRealloc, liveFree);
     DFDLGrammar* grammar = format.grammar(records);
-    DFDLBufferHandler* input = new_DFDLBufferHandler();
-    DFDLBufferHandler_setContextObject(input, &source);
-    DFDLBufferHandler_setGetNextBufferHandlerCallback(input, nextPiece);
-    DFDLBufferHandler_setReleaseBufferHandlerCallback(input, pieceBack);
+    DFDLBufferHandler* input = handlerOf(&source);
     DFDLParser* parser = new_DFDLParser(heap);
     DFDLParser_setGrammar(parser, grammar);
     DFDLParser_setRootElement(parser, u"file", nullptr);
@@ -174,10 +179,7 @@ TEST(ParserStream, FindsItsWayAlongAFieldOfVeryManyPieces) {
     GrammarBuilder builder;
     builder.complexElement("file").text("a").delimited().encoding("US-ASCII");
     DFDLGrammar* grammar = builder.load();
-    DFDLBufferHandler* input = new_DFDLBufferHandler();
-    DFDLBufferHandler_setContextObject(input, &source);
-    DFDLBufferHandler_setGetNextBufferHandlerCallback(input, nextPiece);
-    DFDLBufferHandler_setReleaseBufferHandlerCallback(input, pieceBack);
+    DFDLBufferHandler* input = handlerOf(&source);
     DFDLParser* parser = new_DFDLParser(nullptr);
     DFDLParser_setGrammar(parser, grammar);
     DFDLParser_setRootElement(parser, u"file", nullptr);

@@ -108,7 +108,7 @@ void undoAttempt(ContextItemForParser* item) {
         failed->row = nullptr;
     } else if (item->checkPoint != nullptr) {
         if (!assertFailed) PIFIteratorForParser_STATE_BACKTRACK_TO_CHECKPOINT(item->iterator, item);
-        ContextItemForParser_releaseCheckPoint(item);
+        PIFIteratorForParser_STATE_RELEASE_CHECKPOINT(item->iterator, item);
         ProcessingError_reset(item->context->currentError);
     }
 }

@@ -167,7 +167,10 @@ void PIFIteratorForParser_group_selectNextUnorderedMember(PIFIteratorForParser* 
 void PIFIteratorForParser_group_beforeGroupMember(PIFIteratorForParser* this_, ContextItemForParser* group);
 void PIFIteratorForParser_group_afterGroupMember(PIFIteratorForParser* this_, ContextItemForParser* group);
 void PIFIteratorForParser_group_close(PIFIteratorForParser* this_, ContextItemForParser* group);
-// Puts data, scopes and held events back to where the group's point of uncertainty was opened.
+// The group's point of uncertainty: opened before a member that may be absent, decided, or put back to, which
+// undoes what has been parsed since.
+void PIFIteratorForParser_STATE_TAKE_CHECKPOINT(PIFIteratorForParser* this_, ContextItemForParser* group);
+void PIFIteratorForParser_STATE_RELEASE_CHECKPOINT(PIFIteratorForParser* this_, ContextItemForParser* group);
 void PIFIteratorForParser_STATE_BACKTRACK_TO_CHECKPOINT(PIFIteratorForParser* this_,
                                                         ContextItemForParser* group);
 // Delivers a validation error at once; the parse goes on.

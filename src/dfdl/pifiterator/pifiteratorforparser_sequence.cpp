@@ -1,6 +1,7 @@
 #include "dfdl/buffer/buffermanager.h"
 #include "dfdl/foundation/context.h"
 #include "dfdl/foundation/processingerror.h"
+#include "dfdl/foundation/tracehandleradapter.h"
 #include "dfdl/pif/groupmembertable.h"
 #include "dfdl/pif/grouptable.h"
 #include "dfdl/pif/occursschemetable.h"
@@ -10,6 +11,11 @@
 #include "dfdl/processor/dochandlereventbuffer.h"
 
 namespace {
+
+void traceState(const PIFIteratorForParser* iterator, const char* function, const char* state) {
+    if (iterator->context->serviceTraceOn != 0)
+        TraceHandlerAdapter_service(iterator->traceAdapter, function, state);
+}
 
 bool isHidden(const ContextItemForParser* group) { return (group->row->flags & GM_HIDDEN) != 0; }
 
@@ -89,7 +95,7 @@ bool undoFailedMember(PIFIteratorForParser* iterator, ContextItemForParser* grou
     }
     if (group->checkPoint == nullptr || context->currentError->kind == ERROR_SCHEMA_DEFINITION) return false;
     PIFIteratorForParser_STATE_BACKTRACK_TO_CHECKPOINT(iterator, group);
-    ContextItemForParser_releaseCheckPoint(group);
+    PIFIteratorForParser_STATE_RELEASE_CHECKPOINT(iterator, group);
     ProcessingError_reset(context->currentError);
     group->retainedError = nullptr;
     return true;
@@ -167,12 +173,12 @@ void PIFIteratorForParser_group_beforeGroupMember(PIFIteratorForParser* this_, C
     traceAttempt(this_, group);
     // A separator that may be suppressed goes with the attempt; any other stands, whatever becomes of it.
     if (group->plan->separatorPolicy == SUPPRESS) {
-        ContextItemForParser_createCheckPoint(group);
+        PIFIteratorForParser_STATE_TAKE_CHECKPOINT(this_, group);
         return processLeadingSeparator(this_, group);
     }
     processLeadingSeparator(this_, group);
     if (group->state == STEP_CLOSE || PIFIteratorForParser_hasFailed(this_)) return;
-    ContextItemForParser_createCheckPoint(group);
+    PIFIteratorForParser_STATE_TAKE_CHECKPOINT(this_, group);
 }
 
 void PIFIteratorForParser_group_afterGroupMember(PIFIteratorForParser* this_, ContextItemForParser* group) {
@@ -181,7 +187,7 @@ void PIFIteratorForParser_group_afterGroupMember(PIFIteratorForParser* this_, Co
     const bool moved = BufferManager_bitPosition(this_->bufferManager) != member->occurrenceStart;
     member->emptyOccurrences = moved ? 0 : member->emptyOccurrences + 1;
     if (succeeded) {
-        ContextItemForParser_releaseCheckPoint(group);
+        if (group->checkPoint != nullptr) PIFIteratorForParser_STATE_RELEASE_CHECKPOINT(this_, group);
     } else if (!undoFailedMember(this_, group)) {
         return;
     }
@@ -193,8 +199,19 @@ void PIFIteratorForParser_group_afterGroupMember(PIFIteratorForParser* this_, Co
     group->afterMember = BufferManager_bitPosition(this_->bufferManager);
 }
 
+void PIFIteratorForParser_STATE_TAKE_CHECKPOINT(PIFIteratorForParser* this_, ContextItemForParser* group) {
+    traceState(this_, __func__, "PS_TAKE_CHECKPOINT");
+    if (group->selectedChild != nullptr) ContextItemForParser_createCheckPoint(group);
+}
+
+void PIFIteratorForParser_STATE_RELEASE_CHECKPOINT(PIFIteratorForParser* this_, ContextItemForParser* group) {
+    traceState(this_, __func__, "PS_RELEASE_CHECKPOINT");
+    ContextItemForParser_releaseCheckPoint(group);
+}
+
 void PIFIteratorForParser_STATE_BACKTRACK_TO_CHECKPOINT(PIFIteratorForParser* this_,
                                                         ContextItemForParser* group) {
+    traceState(this_, __func__, "PS_BACKTRACK_TO_CHECKPOINT");
     BacktrackingManager_restoreToCheckPoint(this_->backtrackingManager, group->checkPoint);
     group->representationEnd = BufferManager_bitPosition(this_->bufferManager);
     if (this_->context->userTraceOn != 0) {
