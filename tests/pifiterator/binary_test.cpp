@@ -68,6 +68,13 @@ const Case CASES[] = {
      },
      "\xFF\xFFnilNIL"s,
      {"a=nil", "b=nil", "c=4E494C"}},
+    {"seconds are not counted from the epoch",
+     [](GrammarBuilder&, GrammarHandle r) {
+         r.seconds("unix", "DATETIME", "1970-01-01T00:00:00");
+         r.seconds("own", "DATETIME", "2000-01-01T12:00:00");
+     },
+     "\x7F\xFF\xFF\xFF\0\0\0\1"s,
+     {"unix=2038-01-19T03:14:07+00:00", "own=2000-01-01T12:00:01+00:00"}},
     {"opaque bytes do not end at a delimiter",
      [](GrammarBuilder&, GrammarHandle r) {
          auto group = r.sequence().separator(",");

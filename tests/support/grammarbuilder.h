@@ -43,6 +43,7 @@ class GrammarHandle {
     GrammarHandle number(const std::string& name, const std::string& kindName);
     GrammarHandle truth(const std::string& name, int32_t trueRep, int32_t falseRep);
     GrammarHandle opaque(const std::string& name);
+    GrammarHandle seconds(const std::string& name, const std::string& kindName, const std::string& epoch);
     GrammarHandle littleEndian();  // of a number
     GrammarHandle sequence();
     GrammarHandle unordered();
@@ -168,6 +169,7 @@ class GrammarBuilder {
                            PIF::MPIFEnums::MPhysicalTypeEnum type);
     GrammarNode* newNumber(const std::string& name, const std::string& kindName);
     // Each returns the number of a row. Literals, encodings and escape schemes that are alike share theirs.
+    int32_t binaryNumber(PIF::MPIFEnums::MBinaryNumberRepEnum representation);
     int32_t value(const std::string& kindName, const std::string& text);
     int32_t literal(const std::string& text);
     int32_t encoding(const std::string& name);

@@ -14,16 +14,20 @@ GrammarNode* GrammarBuilder::newBinary(const std::string& name, const std::strin
 
 GrammarNode* GrammarBuilder::newNumber(const std::string& name, const std::string& kindName) {
     GrammarNode* node = newBinary(name, kindName, Enums::BINARY_NUMBER);
+    node->row.set_iphysicaltypeindex(binaryNumber(Enums::BINARY));
+    return node;
+}
+
+int32_t GrammarBuilder::binaryNumber(Enums::MBinaryNumberRepEnum representation) {
     PIF::MBinaryNumberTable* table = pif_.mutable_binary_number_table();
     PIF::MBinaryNumberTableRow* number = table->add_row();
     number->set_ibyteorder(Enums::BYTEOR_BIG_ENDIAN);
-    number->set_ibinarynumberrepresentation(Enums::BINARY);
+    number->set_ibinarynumberrepresentation(representation);
     number->set_ibinarydecimalvirtualpoint(0);
     number->set_ipackedsigncodes(-1);
     number->set_ibinaryfloatrepexprindex(-1);
     number->set_ibyteorderexprindex(-1);
-    node->row.set_iphysicaltypeindex(table->row_size() - 1);
-    return node;
+    return table->row_size() - 1;
 }
 
 GrammarHandle GrammarBuilder::number(const std::string& name, const std::string& kindName) {
@@ -47,6 +51,22 @@ GrammarHandle GrammarHandle::truth(const std::string& name, int32_t trueRep, int
     reps->set_ibyteorderexprindex(-1);
     element.row().set_iphysicaltypeindex(table->row_size() - 1);
     return element;
+}
+
+GrammarHandle GrammarHandle::seconds(const std::string& name, const std::string& kindName,
+                                     const std::string& epoch) {
+    GrammarHandle element(builder_, addChild(builder_->newBinary(name, kindName, Enums::BINARY_CALENDAR)));
+    PIF::MCalendarRepTable* table = builder_->pif_.mutable_calendar_rep_table();
+    PIF::MCalendarRepTableRow* count = table->add_row();
+    count->set_icalendarformatid(-1);
+    count->set_icalendarformatrowindex(-1);
+    count->set_itextstringtableindex(-1);
+    count->set_ibinarynumbertableindex(builder_->binaryNumber(Enums::BINARY_SECONDS));
+    count->set_ibinarycalendarepoch(epoch);
+    count->set_ibyteorder(Enums::BYTEOR_BIG_ENDIAN);
+    count->set_ibyteorderexprindex(-1);
+    element.row().set_iphysicaltypeindex(table->row_size() - 1);
+    return element.bytes(4);
 }
 
 GrammarHandle GrammarHandle::opaque(const std::string& name) {

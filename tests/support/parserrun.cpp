@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <cstdio>
+#include <cstdlib>
 #include <nlohmann/json.hpp>
 
 #include "eventwriter.h"
@@ -61,7 +63,26 @@ void collectDiagnostics(ParserRun& run) {
     }
 }
 
+// ISO 8601, whatever the type; the zone as an offset where there is one.
+std::string stampOf(const nlohmann::json& fields) {
+    const auto at = [&fields](const char* name) { return fields[name].get<int>(); };
+    char text[64];
+    std::snprintf(text, sizeof text, "%04d-%02d-%02dT%02d:%02d:%02d", at("year"), at("month") + 1, at("day"),
+                  at("hour"), at("minute"), at("second"));
+    std::string stamp = text;
+    if (fields.contains("microSecond") && at("microSecond") != 0) {
+        std::snprintf(text, sizeof text, ".%06d", at("microSecond"));
+        stamp += text;
+    }
+    if (!fields.contains("timeZoneOffset")) return stamp;
+    const int offset = at("timeZoneOffset");
+    std::snprintf(text, sizeof text, "%c%02d:%02d", offset < 0 ? '-' : '+', std::abs(offset) / 60,
+                  std::abs(offset) % 60);
+    return stamp + text;
+}
+
 std::string valueOf(const nlohmann::json& value) {
+    if (value.is_object() && value.contains("year")) return stampOf(value);
     return value.is_string() ? value.get<std::string>() : value.dump();
 }
 

@@ -5,6 +5,7 @@
 #include "dfdl/converters/dfdlcharset.h"
 #include "dfdl/foundation/dfdltype.h"
 #include "dfdl/parsers/parserregionhandler.h"
+#include "dfdl/parsers/trustedlength.h"
 #include "dfdl/pif/binarynumbertable.h"
 #include "dfdl/pif/groupmembertable.h"
 #include "dfdl/pif/nilschemetable.h"
@@ -13,20 +14,14 @@
 
 namespace {
 
-// Fields beyond this are looked for in the data before a block of their size is asked for: a length from the
-// data may be anything.
-constexpr int64_t TRUSTED_BYTES = 1 << 16;
-
 int64_t bytesFor(const RowPlan& plan, int64_t length) {
     if (plan.units != BITS || plan.lengthKind == DELIMITED) return length;
     return length / 8 + (length % 8 != 0 ? 1 : 0);
 }
 
 bool isThere(PIFIteratorForParser* iterator, const ContextItemForParser* item, int64_t bytes) {
-    BufferManager* buffer = iterator->bufferManager;
-    if (bytes <= TRUSTED_BYTES) return true;
-    const int64_t start = BufferManager_bytePosition(buffer);
-    if (bytes <= INT64_MAX - start && BufferManager_loadBytes(buffer, start + bytes)) return true;
+    if (ParserRegionHandler_mayTakeBlock(iterator->bufferManager, bytes)) return true;
+    const int64_t start = BufferManager_bytePosition(iterator->bufferManager);
     ProcessingError_setValues(iterator->context->currentError, __FILE__, __LINE__, DFDLParser_bufferOverflow,
                               ERROR_PROCESSING, SUBKIND_LACK_OF_DATA, "%lld%Z", static_cast<long long>(start),
                               GroupMemberTableRow_getElementName(item->row));

@@ -112,22 +112,26 @@ DFDLValue* convertText(PIFIteratorForParser* iterator, const ContextItemForParse
                : ParserRegionHandler_handleSimpleContent_TextString(handler, item->row, text);
 }
 
+using ConvertBlock = DFDLValue* (*)(ParserRegionHandler*, const GroupMemberTableRow*, uint8_t*, int64_t);
+
+ConvertBlock blockConverter(int32_t physicalType) {
+    switch (physicalType) {
+        case BINARY_BOOLEAN:
+            return ParserRegionHandler_handleSimpleContent_BinaryBoolean;
+        case BINARY_CALENDAR:
+            return ParserRegionHandler_handleSimpleContent_BinaryCalendar;
+        case BINARY_OPAQUE:
+            return ParserRegionHandler_handleSimpleContent_BinaryOpaque;
+        default:
+            return ParserRegionHandler_handleSimpleContent_BinaryNumber;
+    }
+}
+
 DFDLValue* convertBytes(PIFIteratorForParser* iterator, const ContextItemForParser* item) {
     uint8_t* bytes = iterator->extractedBytes;
     iterator->extractedBytes = nullptr;
-    ParserRegionHandler* handler = iterator->parserRegionHandler;
-    const GroupMemberTableRow* row = item->row;
-    switch (row->iPhysicalType) {
-        case BINARY_BOOLEAN:
-            return ParserRegionHandler_handleSimpleContent_BinaryBoolean(handler, row, bytes,
-                                                                         iterator->extractedByteCount);
-        case BINARY_OPAQUE:
-            return ParserRegionHandler_handleSimpleContent_BinaryOpaque(handler, row, bytes,
-                                                                        iterator->extractedByteCount);
-        default:
-            return ParserRegionHandler_handleSimpleContent_BinaryNumber(handler, row, bytes,
-                                                                        iterator->extractedByteCount);
-    }
+    const ConvertBlock convert = blockConverter(item->row->iPhysicalType);
+    return convert(iterator->parserRegionHandler, item->row, bytes, iterator->extractedByteCount);
 }
 
 bool isText(const ContextItemForParser* item) { return (item->row->flags & GM_TEXT) != 0; }

@@ -44,14 +44,13 @@ const char* unsupportedContent(int32_t physicalType) {
         case TEXT_BOOLEAN:
         case BINARY_NUMBER:
         case BINARY_BOOLEAN:
+        case BINARY_CALENDAR:
         case BINARY_OPAQUE:
             return nullptr;
         case TEXT_NUMBER:
             return "a text number";
         case TEXT_CALENDAR:
             return "a text calendar";
-        case BINARY_CALENDAR:
-            return "a binary calendar";
         default:
             return "a simple element without a physical type";
     }
