@@ -71,6 +71,9 @@ bool SimpleTypeConverter_zov4690PackedDecimalToNumber(const BinaryField* field, 
 bool SimpleTypeConverter_zov4690PackedDecimalToNumberWide(const BinaryField* field, bool withVirtualPoint,
                                                           DFDLDecimal* target);
 inline constexpr int64_t PACKED_WORD_BYTES = 9;
+// The digits of such a field of up to PACKED_WORD_BYTES bytes, the point left out. False, without an error,
+// if one of the readers above has to say what is wrong with it.
+bool SimpleTypeConverter_packedWord(const BinaryField* field, int64_t* word);
 // The reader for a length; null if the representation is not one of packed decimals.
 using PackedReader = bool (*)(const BinaryField*, bool, DFDLDecimal*);
 PackedReader SimpleTypeConverter_packedReader(BinaryNumberRepEnum representation, int64_t length);

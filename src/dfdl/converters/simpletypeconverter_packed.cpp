@@ -192,7 +192,56 @@ bool read4690(const BinaryField* field, bool withVirtualPoint, DFDLDecimal* targ
     return finish(packed, withVirtualPoint, isNegative);
 }
 
+// By byte: the number of its two digits, or more than any for what is not two digits.
+struct PairTable {
+    uint8_t values[256];
+};
+constexpr uint8_t NO_PAIR = 255;
+
+constexpr PairTable makePairs() {
+    PairTable table{};
+    for (int byte = 0; byte < 256; ++byte) {
+        const int high = byte >> 4;
+        const int low = byte & 15;
+        table.values[byte] = high > 9 || low > 9 ? NO_PAIR : static_cast<uint8_t>(high * 10 + low);
+    }
+    return table;
+}
+constexpr PairTable PAIRS = makePairs();
+
+bool readPairs(const BinaryField* field, int64_t count, int64_t* word) {
+    uint64_t total = 0;
+    bool good = true;
+    for (int64_t rank = 0; rank < count; ++rank) {
+        const uint8_t pair = PAIRS.values[field->bytes[BinaryField_indexOf(field, rank)]];
+        good = good && pair != NO_PAIR;
+        total = total * 100 + pair;
+    }
+    *word = static_cast<int64_t>(total);
+    return good;
+}
+
+bool readSignedPairs(const BinaryField* field, int64_t* word) {
+    const uint8_t last = field->bytes[BinaryField_indexOf(field, field->length - 1)];
+    if (!readPairs(field, field->length - 1, word) || highOf(last) > 9) return false;
+    *word = *word * 10 + highOf(last);
+    const Sign sign = signOf(field->row, lowOf(last), *word == 0);
+    if (sign == Sign::Negative) *word = -*word;
+    return sign != Sign::Refused;
+}
+
 }  // namespace
+
+bool SimpleTypeConverter_packedWord(const BinaryField* field, int64_t* word) {
+    switch (field->row->iBinaryNumberRepresentation) {
+        case BCD:
+            return readPairs(field, field->length, word);
+        case PACKED:
+            return field->length > 0 && readSignedPairs(field, word);
+        default:
+            return false;
+    }
+}
 
 bool SimpleTypeConverter_bcdToNumber(const BinaryField* field, bool withVirtualPoint, DFDLDecimal* target) {
     return readBcd<WordTotal>(field, withVirtualPoint, target);

@@ -36,7 +36,7 @@ void complexClose(ContextItemForParser* item) {
 void runAhead(ContextItemForParser* group) {
     switch (group->plan->separatorPosition) {
         case POSITION_NONE:
-            return PIFIteratorForParser_runPlainTexts(group->iterator, group);
+            return PIFIteratorForParser_runPlainMembers(group->iterator, group);
         case INFIX:
             return PIFIteratorForParser_runPlainFields(group->iterator, group);
         default:

@@ -184,9 +184,10 @@ bool PIFIteratorForParser_endOfArray(PIFIteratorForParser* this_, ContextItemFor
 // The member that the group would select next; null if there is none.
 const GroupMemberTableRow* PIFIteratorForParser_nextCandidate(PIFIteratorForParser* this_,
                                                               ContextItemForParser* group);
-// The short road: parses the members that come next as long as they are plain texts that lie in the current
-// buffer and need no converter. What it leaves, the general road takes up. Both deliver the same.
-void PIFIteratorForParser_runPlainTexts(PIFIteratorForParser* this_, ContextItemForParser* group);
+// The short road: parses the members that come next as long as they are plain and lie in the current buffer,
+// the texts among them without need of a converter. What it leaves, the general road takes up. Both deliver
+// the same.
+void PIFIteratorForParser_runPlainMembers(PIFIteratorForParser* this_, ContextItemForParser* group);
 // The same for delimited texts with infix separators between them.
 void PIFIteratorForParser_runPlainFields(PIFIteratorForParser* this_, ContextItemForParser* group);
 

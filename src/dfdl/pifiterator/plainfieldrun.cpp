@@ -117,14 +117,15 @@ DFDLCharset* charsetOf(Run* run, const RowPlan& plan) {
 // Both: false, with nothing done, if the field needs the general road.
 bool deliverEmpty(const Run* run, const RowPlan& plan, EmptyField empty, int64_t startBit) {
     if (empty == EMPTY_IS_NIL)
-        DocHandlerEventBuffer_plainText(run->iterator->eventBuffer, &plan.plainText, nullptr, NIL_TEXT,
+        DocHandlerEventBuffer_plainText(run->iterator->eventBuffer, &plan.plainElement, nullptr, NIL_ELEMENT,
                                         startBit, startBit);
     return empty != EMPTY_IS_GENERAL;
 }
 
 bool deliver(Run* run, const RowPlan& plan, const uint8_t* bytes, int64_t length, int64_t startBit) {
     DFDLCharset* charset = charsetOf(run, plan);
-    return charset != nullptr && PlainTextRun_deliver(run->iterator, plan, charset, bytes, length, startBit);
+    return charset != nullptr && PlainTextRun_deliver(run->iterator, plan, charset, bytes, length,
+                                                      {startBit, startBit + 8 * length});
 }
 
 #if defined(__SSE2__)
@@ -154,7 +155,7 @@ Delimiter takeShortField(Run* run, const RowPlan& plan, const CompiledMarkupSet*
     const __m128i zero = _mm_setzero_si128();
     _mm_storeu_si128(reinterpret_cast<__m128i*>(target), _mm_unpacklo_epi8(block, zero));
     _mm_storeu_si128(reinterpret_cast<__m128i*>(target + 8), _mm_unpackhi_epi8(block, zero));
-    PlainTextRun_deliverDecoded(run->iterator, plan, target, end, startBit);
+    PlainTextRun_deliverDecoded(run->iterator, plan, target, end, {startBit, startBit + 8 * end});
     *length = end;
     return delimiter;
 }
@@ -219,7 +220,7 @@ Delimiter takeBlock(Run* run, const RowPlan& plan, const CompiledMarkupSet* set,
     UChar* text = PlainTextRun_target(run->iterator, *length);
     if (!DFDLCharset_decodeDirectly(charset, start, *length, text)) return UNKNOWN;
     const int64_t kept = removeMarks(set, start, blockEnd - start, *length, text);
-    DocHandlerEventBuffer_plainText(run->iterator->eventBuffer, &plan.plainText, text,
+    DocHandlerEventBuffer_plainText(run->iterator->eventBuffer, &plan.plainElement, text,
                                     static_cast<int32_t>(kept), startBit, startBit + 8 * *length);
     return delimiter;
 }

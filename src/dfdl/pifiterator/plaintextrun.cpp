@@ -17,12 +17,6 @@ struct Text {
     int32_t length;
 };
 
-// No limit lies within the bytes, and no character limit is open.
-bool isOpenGround(const BufferManager* buffer, int64_t bytes) {
-    if (buffer->charTrackerCount != 0) return false;
-    return buffer->bitLimit < 1 || buffer->bitPosition + 8 * bytes <= buffer->bitLimit;
-}
-
 Text trim(const RowPlan& plan, UChar* chars, int32_t length) {
     UChar* start = chars;
     UChar* end = chars + length;
@@ -43,23 +37,6 @@ bool mayHaveMark(const BufferManager* buffer, DFDLCharset* charset) {
     return buffer->bomChecked == 0 && DFDLCharset_canHaveBOM(charset);
 }
 
-// False, with nothing moved, if the text needs the general road.
-bool parsePlainText(PIFIteratorForParser* iterator, const RowPlan* plan) {
-    BufferManager* buffer = iterator->bufferManager;
-    const int64_t length = plan->length;
-    const uint8_t* bytes = BufferManager_peekBytes(buffer, length);
-    if (bytes == nullptr || !isOpenGround(buffer, length)) return false;
-    DFDLCharset* charset = PlainTextRun_useEncoding(buffer, *plan);
-    if (charset == nullptr ||
-        !PlainTextRun_deliver(iterator, *plan, charset, bytes, length, buffer->bitPosition)) {
-        return false;
-    }
-    buffer->currentBuffer->position += length;
-    buffer->bitPosition += 8 * length;
-    buffer->charPosition += length;
-    return true;
-}
-
 }  // namespace
 
 DFDLCharset* PlainTextRun_useEncoding(BufferManager* buffer, const RowPlan& plan) {
@@ -78,18 +55,18 @@ UChar* PlainTextRun_target(PIFIteratorForParser* iterator, int64_t units) {
 }
 
 void PlainTextRun_deliverDecoded(PIFIteratorForParser* iterator, const RowPlan& plan, UChar* target,
-                                 int64_t length, int64_t startBit) {
+                                 int64_t length, BitRange place) {
     const Text text = trim(plan, target, static_cast<int32_t>(length));
-    DocHandlerEventBuffer_plainText(iterator->eventBuffer, &plan.plainText, text.chars, text.length, startBit,
-                                    startBit + 8 * length);
+    DocHandlerEventBuffer_plainText(iterator->eventBuffer, &plan.plainElement, text.chars, text.length,
+                                    place.start, place.end);
 }
 
 bool PlainTextRun_deliver(PIFIteratorForParser* iterator, const RowPlan& plan, DFDLCharset* charset,
-                          const uint8_t* bytes, int64_t length, int64_t startBit) {
+                          const uint8_t* bytes, int64_t length, BitRange place) {
     if (length > MOST_PLAIN_TEXT) return false;
     UChar* target = PlainTextRun_target(iterator, length);
     if (!DFDLCharset_decodeDirectly(charset, bytes, length, target)) return false;
-    PlainTextRun_deliverDecoded(iterator, plan, target, length, startBit);
+    PlainTextRun_deliverDecoded(iterator, plan, target, length, place);
     return true;
 }
 
@@ -101,16 +78,4 @@ void PlainTextRun_resumeAt(PIFIteratorForParser* iterator, ContextItemForParser*
     group->resumeRow = row;
     group->hasResumeRow = 1;
     if (moved) ContextItemForParser_setOrderedChild(group, nullptr);
-}
-
-void PIFIteratorForParser_runPlainTexts(PIFIteratorForParser* this_, ContextItemForParser* group) {
-    if (this_->hiddenDepth != 0 || this_->eventBuffer->adapter == nullptr) return;
-    const GroupMemberTableRow* first = PIFIteratorForParser_nextCandidate(this_, group);
-    const GroupMemberTableRow* row = first;
-    while (row != nullptr) {
-        const RowPlan* plan = &this_->plans[row->rowIndex];
-        if (plan->isPlainText == 0 || !parsePlainText(this_, plan)) break;
-        row = row->nextSibling;
-    }
-    PlainTextRun_resumeAt(this_, group, row, row != first);
 }

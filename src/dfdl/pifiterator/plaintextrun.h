@@ -14,6 +14,12 @@ struct RowPlan;
 
 // What the short roads share.
 
+// Where an element lies, in bits of the document.
+struct BitRange {
+    int64_t start;
+    int64_t end;
+};
+
 // Makes the text's encoding the buffer's current one, as the general road does: groups without an encoding of
 // their own count characters in the one that was used last. Null if it cannot be had, or if a byte order mark
 // may still stand here.
@@ -24,12 +30,12 @@ UChar* PlainTextRun_target(PIFIteratorForParser* iterator, int64_t units);
 
 // Trims the text at the target, which has a unit more for its zero, and delivers the element.
 void PlainTextRun_deliverDecoded(PIFIteratorForParser* iterator, const RowPlan& plan, UChar* target,
-                                 int64_t length, int64_t startBit);
+                                 int64_t length, BitRange place);
 
 // Decodes so many bytes and delivers the element. False, with nothing done, if they need a converter or are
 // more than the short roads take.
 bool PlainTextRun_deliver(PIFIteratorForParser* iterator, const RowPlan& plan, DFDLCharset* charset,
-                          const uint8_t* bytes, int64_t length, int64_t startBit);
+                          const uint8_t* bytes, int64_t length, BitRange place);
 
 // Leaves the walk before a member. `moved`: the short road has taken others before it.
 void PlainTextRun_resumeAt(PIFIteratorForParser* iterator, ContextItemForParser* group,

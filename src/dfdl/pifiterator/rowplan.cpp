@@ -166,52 +166,6 @@ void planTrim(RowPlan* plan, const GroupMemberTableRow& row) {
     }
 }
 
-// A text without any frame, whose decoded characters are the value but for padding of one unit.
-bool isUnframedText(const RowPlan& plan, const GroupMemberTableRow& row) {
-    constexpr uint32_t FRAME = GM_LEADING_ALIGNMENT | GM_TRAILING_ALIGNMENT | GM_INITIATOR | GM_TERMINATOR;
-    return plan.unsupported == nullptr && plan.kind == ITEM_SIMPLE_ELEMENT && (row.flags & FRAME) == 0 &&
-           row.iPhysicalType == TEXT_STRING && plan.trim != TRIM_BYTE && plan.padCharacter[1] == 0;
-}
-
-// One text whose bytes or characters are counted by a constant. Bytes implied by the type are left out, since
-// they need a test of the encoding.
-bool isPlainText(const RowPlan& plan, const GroupMemberTableRow& row) {
-    const bool once = row.effectiveMinOccurs == 1 && row.effectiveMaxOccurs == 1;
-    const bool counted =
-        (plan.lengthKind == EXPLICIT && plan.units == BYTES) ||
-        ((plan.lengthKind == EXPLICIT || plan.lengthKind == IMPLICIT) && plan.units == CHARACTERS);
-    return isUnframedText(plan, row) && plan.nilKind == NK_NONE && (row.flags & GM_ESCAPE_SCHEME) == 0 &&
-           once && counted && plan.length >= 1 && plan.length <= MOST_PLAIN_TEXT;
-}
-
-// No characters are nil, and nothing else is. With padding to trim, more would be.
-bool isNilIfEmpty(const RowPlan& plan, const GroupMemberTableRow& row) {
-    if (plan.nilKind != NK_LITERAL_VALUE || plan.trim != TRIM_NONE) return false;
-    const DFDLUString* literals = StringLiteralTable_getStringLiteralForRowIndex(
-        row.pif->stringLiteralTable, row.nilRow->iNilLiteralIndex);
-    return literals != nullptr && DFDLUString_view(literals) == u"%ES;";
-}
-
-PlainFieldKind plainFieldKind(const RowPlan& plan, const GroupMemberTableRow& row) {
-    const bool plain = isUnframedText(plan, row) && (plan.nilKind == NK_NONE || isNilIfEmpty(plan, row)) &&
-                       plan.lengthKind == DELIMITED && plan.units != BITS;
-    if (!plain) return PLAIN_NONE;
-    if (row.max_occurs == 1 && row.effectiveMaxOccurs == 1 && row.effectiveMinOccurs == row.min_occurs)
-        return PLAIN_SINGLE;
-    const bool open =
-        row.occursRow != nullptr && (row.flags & GM_NOT_SINGLE) != 0 &&
-        (row.occursRow->iOccursCountKind == OCK_PARSED || row.occursRow->iOccursCountKind == OCK_IMPLICIT);
-    return open ? PLAIN_ARRAY : PLAIN_NONE;
-}
-
-const UChar* charsOf(const DFDLUString* string) { return string == nullptr ? u"" : string->chars; }
-
-PlainText planPlainText(const GroupMemberTableRow& row) {
-    const ElementTableRow* element = row.elementRow;
-    return {charsOf(element->name), charsOf(element->namespace_), charsOf(row.scdText), element->element_id,
-            element->namespaceId};
-}
-
 void planSeparator(RowPlan* plan, const GroupMemberTableRow& row) {
     plan->separatorPosition = (row.flags & GM_SEPARATOR_INFIX) != 0     ? INFIX
                               : (row.flags & GM_SEPARATOR_PREFIX) != 0  ? PREFIX
@@ -231,12 +185,7 @@ RowPlan planRow(const GroupMemberTableRow& row) {
     planSeparator(&plan, row);
     plan.memoParentSetId = NO_MEMO;
     plan.nilKind = row.nilRow == nullptr ? NK_NONE : row.nilRow->iNilKind;
-    plan.isPlainText = isPlainText(plan, row);
-    plan.isPlainField = plainFieldKind(plan, row);
-    plan.emptyField = isNilIfEmpty(plan, row)                                            ? EMPTY_IS_NIL
-                      : row.effectiveMinOccurs == 0 && plan.isPlainField == PLAIN_SINGLE ? EMPTY_IS_ABSENT
-                                                                                         : EMPTY_IS_GENERAL;
-    if (plan.isPlainText != 0 || plan.isPlainField != PLAIN_NONE) plan.plainText = planPlainText(row);
+    RowPlan_planShortRoads(&plan, row);
     return plan;
 }
 

@@ -5,7 +5,8 @@
 
 #include <cstdint>
 
-#include "dfdl/processor/plaintext.h"
+#include "dfdl/converters/plainnumber.h"
+#include "dfdl/processor/plainelement.h"
 
 struct DFDLHeapAdapter;
 struct CompiledMarkupSet;
@@ -26,6 +27,17 @@ inline constexpr int32_t PLAIN_BLOCK = 16;
 // A delimited text that the short road may take.
 enum PlainFieldKind : uint8_t { PLAIN_NONE, PLAIN_SINGLE, PLAIN_ARRAY };
 
+// What the short road of members without separators takes: one occurrence of a text, a number, a truth value
+// or opaque bytes.
+enum PlainContent : uint8_t { PLAIN_NO_CONTENT, PLAIN_TEXT, PLAIN_WORD, PLAIN_OPAQUE };
+
+struct PlainMember {
+    PlainContent content;
+    bool prefixIncludesItself;
+    PlainNumber number;  // of a word
+    PlainNumber prefix;  // gives the length, in bytes; without form: the length is constant
+};
+
 // What a plain field without characters is.
 enum EmptyField : uint8_t { EMPTY_IS_GENERAL, EMPTY_IS_ABSENT, EMPTY_IS_NIL };
 
@@ -35,7 +47,6 @@ struct RowPlan {
     int32_t units;            // MLengthUnitsEnum
     int32_t encodingIndex;
     int32_t lengthKind;
-    uint8_t isPlainText;  // one occurrence of a text that the short road may take
     PlainFieldKind isPlainField;
     EmptyField emptyField;   // of a plain field
     uint8_t needsAlignment;  // an alignment row that has something to do
@@ -55,8 +66,12 @@ struct RowPlan {
     const CompiledMarkupSet* compiledSet;
     int32_t compiledSetId;
     UnorderedMembers* spareMembers;  // of closed unordered groups
-    PlainText plainText;             // where isPlainText or isPlainField is set
+    PlainMember plainMember;
+    PlainElement plainElement;  // of a plain member or field
 };
+
+// Says what the short roads may take of the member, from what else is planned of it.
+void RowPlan_planShortRoads(RowPlan* this_, const GroupMemberTableRow& row);
 
 RowPlan* new_RowPlans(DFDLHeapAdapter* heap, const sPIF* pif, int32_t* count);  // one per group member row
 void delete_RowPlans(DFDLHeapAdapter* heap, RowPlan* plans, int32_t count);     // null is ignored

@@ -28,7 +28,7 @@ enum CachedEventKind : int32_t {
     EVENT_TERMINATOR = 16,
     EVENT_NIL = 17,
     EVENT_RECOVERABLE_ERROR = 18,
-    EVENT_PLAIN_TEXTS = 19  // a run of simple text elements; in a root buffer only
+    EVENT_PLAIN_ELEMENTS = 19  // a run of simple elements; in a root buffer only
 };
 
 // An event that waits for the decision of a point of uncertainty. It owns value and error; its strings are

@@ -1,5 +1,7 @@
 #include "dfdl/processor/dochandleradapter.h"
 
+#include <algorithm>
+#include <bit>
 #include <charconv>
 
 #include "dfdl/foundation/dfdlbufferfactory.h"
@@ -11,6 +13,7 @@
 namespace {
 
 constexpr size_t DIGITS_CAPACITY = 21;  // the longest 64-bit number with sign or without, and a terminator
+constexpr int32_t MOST_PLACES = 6;      // behind the point, before a decimal is written with an exponent
 
 template <class Handler, class... Arguments, class... Values>
 void call(Handler* handler, void (*slot)(Handler*, Arguments...), Values... values) {
@@ -112,6 +115,53 @@ void give(DocHandlerAdapter* adapter, const DFDLValue* value) {
     }
 }
 
+// A word with a point, as a decimal is written.
+void givePlainDecimal(DFDLDocHandlerImpl* handler, int64_t word, int32_t places) {
+    if (handler->elementDecimalValue == nullptr) return;
+    char digits[DIGITS_CAPACITY];
+    const uint64_t size = word < 0 ? 0 - static_cast<uint64_t>(word) : static_cast<uint64_t>(word);
+    const char* end = std::to_chars(digits, digits + DIGITS_CAPACITY, size).ptr;
+    const auto count = static_cast<int32_t>(end - digits);
+    char text[DIGITS_CAPACITY + MOST_PLACES + 2];
+    char* next = text;
+    if (word < 0) *next++ = '-';
+    const int32_t whole = count - places;
+    if (whole > 0) {
+        next = std::copy_n(digits, whole, next);
+    } else {
+        *next++ = '0';
+    }
+    if (places > 0) {
+        *next++ = '.';
+        if (whole < 0) next = std::fill_n(next, -whole, '0');
+        next = std::copy(digits + (whole > 0 ? whole : 0), digits + count, next);
+    }
+    *next = '\0';
+    handler->elementDecimalValue(handler, text, static_cast<int32_t>(next - text), DFDL_VALUE_DECIMAL);
+}
+
+void givePlain(DocHandlerAdapter* adapter, const PlainElement* plan, int64_t word) {
+    DFDLValue value{};
+    value.schemaType = plan->valueType;
+    switch (plan->valueType) {
+        case TYPE_DECIMAL:
+            return givePlainDecimal(adapter->docHandler, word, plan->places);
+        case TYPE_FLOAT:
+            value.u.floatValue = std::bit_cast<float>(static_cast<uint32_t>(word));
+            break;
+        case TYPE_DOUBLE:
+            value.u.doubleValue = std::bit_cast<double>(word);
+            break;
+        case TYPE_BOOLEAN:
+            value.u.boolean = static_cast<int32_t>(word);
+            break;
+        default:
+            value.u.signedQ = word;
+            break;
+    }
+    give(adapter, &value);
+}
+
 }  // namespace
 
 DocHandlerAdapter* new_DocHandlerAdapter(DFDLHeapAdapter* heap, Context* context, ResourceCatalog* catalog,
@@ -134,6 +184,21 @@ void DocHandlerAdapter_startDocument(DocHandlerAdapter* this_) {
 
 void DocHandlerAdapter_endDocument(DocHandlerAdapter* this_, int64_t bytes) {
     call(this_->docHandler, this_->docHandler->endDocument, bytes);
+}
+
+void DocHandlerAdapter_plainWord(DocHandlerAdapter* this_, const PlainElement* plan, int64_t word,
+                                 int64_t startBit, int64_t endBit) {
+    DocHandlerAdapter_startPlain(this_, plan, startBit);
+    givePlain(this_, plan, word);
+    DocHandlerAdapter_endElement(this_, endBit);
+}
+
+void DocHandlerAdapter_plainBytes(DocHandlerAdapter* this_, const PlainElement* plan, const uint8_t* bytes,
+                                  int64_t count, int64_t startBit, int64_t endBit) {
+    DFDLDocHandlerImpl* handler = this_->docHandler;
+    DocHandlerAdapter_startPlain(this_, plan, startBit);
+    call(handler, handler->elementBinaryValue, bytes, count, DFDL_VALUE_HEXBINARY);
+    DocHandlerAdapter_endElement(this_, endBit);
 }
 
 void DocHandlerAdapter_elementValue(DocHandlerAdapter* this_, DFDLValue* value) {

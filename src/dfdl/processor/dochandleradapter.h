@@ -7,7 +7,7 @@
 #include "dfdl/processor/dfdldochandler.h"
 #include "dfdl/processor/dfdlerrorhandler.h"
 #include "dfdl/processor/dfdlregionhandler.h"
-#include "dfdl/processor/plaintext.h"
+#include "dfdl/processor/plainelement.h"
 
 struct DFDLValue;
 
@@ -55,22 +55,34 @@ inline void DocHandlerAdapter_elementNilValue(DocHandlerAdapter* this_) {
     DFDLDocHandlerImpl* handler = this_->docHandler;
     if (handler->elementNilValue != nullptr) handler->elementNilValue(handler);
 }
+inline void DocHandlerAdapter_startPlain(DocHandlerAdapter* this_, const PlainElement* plan,
+                                         int64_t startBit) {
+    DFDLDocHandlerImpl* handler = this_->docHandler;
+    if (handler->startElement == nullptr) return;
+    handler->startElement(handler, plan->elementId, plan->name, plan->namespaceId, plan->namespaceUri,
+                          plan->designator, startBit);
+}
 // Start, value or nil, and end of a simple text element. The characters end with a zero.
-inline void DocHandlerAdapter_plainText(DocHandlerAdapter* this_, const PlainText* plan, const UChar* chars,
-                                        int32_t length, int64_t startBit, int64_t endBit) {
+inline void DocHandlerAdapter_plainText(DocHandlerAdapter* this_, const PlainElement* plan,
+                                        const UChar* chars, int32_t length, int64_t startBit,
+                                        int64_t endBit) {
     constexpr uint32_t STRING_VALUE = 0;  // type code of the value callback
     DFDLDocHandlerImpl* handler = this_->docHandler;
-    if (handler->startElement != nullptr) {
-        handler->startElement(handler, plan->elementId, plan->name, plan->namespaceId, plan->namespaceUri,
-                              plan->designator, startBit);
-    }
-    if (length == NIL_TEXT) {
+    DocHandlerAdapter_startPlain(this_, plan, startBit);
+    if (length == NIL_ELEMENT) {
         if (handler->elementNilValue != nullptr) handler->elementNilValue(handler);
     } else if (handler->elementStringValue != nullptr) {
         handler->elementStringValue(handler, chars, length, STRING_VALUE);
     }
     if (handler->endElement != nullptr) handler->endElement(handler, endBit);
 }
+// The same of an element whose value is in a word: integers as they are, truth as 1 or 0, the bits of a float
+// in the low half, of a decimal the digits without the point.
+void DocHandlerAdapter_plainWord(DocHandlerAdapter* this_, const PlainElement* plan, int64_t word,
+                                 int64_t startBit, int64_t endBit);
+// The same of an element of opaque bytes.
+void DocHandlerAdapter_plainBytes(DocHandlerAdapter* this_, const PlainElement* plan, const uint8_t* bytes,
+                                  int64_t count, int64_t startBit, int64_t endBit);
 // Consumes the value: it goes back to its pool, whether anybody wanted it or not.
 void DocHandlerAdapter_elementValue(DocHandlerAdapter* this_, DFDLValue* value);
 // Through the validation callback, as a diagnostic of its own type. The record stays the caller's.

@@ -37,7 +37,7 @@ void closeRun(Buffer* buffer) {
     if (buffer->runIsOpen == 0) return;
     buffer->runIsOpen = 0;
     CachedEvent* run = eventAt(buffer, buffer->events->count - 1);
-    run->second = buffer->plainTextCount - run->first;
+    run->second = buffer->plainElementCount - run->first;
 }
 
 // An empty event at the end of the list.
@@ -63,8 +63,8 @@ void grow(DFDLHeapAdapter* heap, T** store, int64_t used, int64_t* capacity, int
 
 // Its texts are the last that wait.
 void forgetRun(Buffer* buffer, const CachedEvent& run) {
-    if (run.second > 0) buffer->textUnits = buffer->plainTexts[run.first].textStart;
-    buffer->plainTextCount = run.first;
+    if (run.second > 0) buffer->textUnits = buffer->plainElements[run.first].textStart;
+    buffer->plainElementCount = run.first;
 }
 
 CachedEvent eventOf(CachedEventKind kind, const DFDLUString* designator, int64_t first, int64_t second) {
@@ -115,11 +115,16 @@ void deliverToRegionHandler(DocHandlerAdapter* adapter, const CachedEvent& event
 }
 
 // The texts that belong to the event: up to the next run's, or to the end.
-void deliverPlainTexts(const Buffer* buffer, const CachedEvent& event) {
-    const HeldPlainText* end = buffer->plainTexts + event.first + event.second;
-    for (const HeldPlainText* held = buffer->plainTexts + event.first; held < end; ++held) {
-        DocHandlerAdapter_plainText(buffer->adapter, held->plan, buffer->texts + held->textStart,
-                                    held->length, held->startBit, held->endBit);
+void deliverPlainElements(const Buffer* buffer, const CachedEvent& event) {
+    const HeldPlainElement* end = buffer->plainElements + event.first + event.second;
+    for (const HeldPlainElement* held = buffer->plainElements + event.first; held < end; ++held) {
+        if (held->length == WORD_ELEMENT) {
+            DocHandlerAdapter_plainWord(buffer->adapter, held->plan, held->word, held->startBit,
+                                        held->endBit);
+        } else {
+            DocHandlerAdapter_plainText(buffer->adapter, held->plan, buffer->texts + held->textStart,
+                                        held->length, held->startBit, held->endBit);
+        }
     }
 }
 
@@ -162,8 +167,8 @@ void handOn(Buffer* next, CachedEvent* event) {
 
 // One event out of a buffer that need not hold it any more.
 void pass(Buffer* buffer, CachedEvent* event) {
-    if (event->kind == EVENT_PLAIN_TEXTS) {
-        deliverPlainTexts(buffer, *event);
+    if (event->kind == EVENT_PLAIN_ELEMENTS) {
+        deliverPlainElements(buffer, *event);
     } else if (buffer->adapter != nullptr) {
         deliver(buffer->adapter, event);
     } else if (buffer->chainedBuffer != nullptr) {
@@ -243,7 +248,7 @@ void delete_DocHandlerEventBuffer(DocHandlerEventBuffer* this_) {
     if (this_ == nullptr) return;
     DocHandlerEventBuffer_discardEventsAfterIndex(this_, 0);
     delete_ArrayList(this_->events);
-    if (this_->plainTexts != nullptr) DFDLHeapAdapter_arrayDeallocate(this_->heap, this_->plainTexts);
+    if (this_->plainElements != nullptr) DFDLHeapAdapter_arrayDeallocate(this_->heap, this_->plainElements);
     if (this_->texts != nullptr) DFDLHeapAdapter_arrayDeallocate(this_->heap, this_->texts);
     DFDLHeapAdapter_objectDeallocate(this_->heap, this_);
 }
@@ -283,12 +288,12 @@ void DocHandlerEventBuffer_growTexts(DocHandlerEventBuffer* this_, int64_t units
 }
 
 void DocHandlerEventBuffer_openRun(DocHandlerEventBuffer* this_) {
-    grow(this_->heap, &this_->plainTexts, this_->plainTextCount, &this_->plainTextCapacity,
-         this_->plainTextCount + 1);
+    grow(this_->heap, &this_->plainElements, this_->plainElementCount, &this_->plainElementCapacity,
+         this_->plainElementCount + 1);
     if (this_->runIsOpen != 0) return;
     CachedEvent* run = append(this_);
-    run->kind = EVENT_PLAIN_TEXTS;
-    run->first = this_->plainTextCount;
+    run->kind = EVENT_PLAIN_ELEMENTS;
+    run->first = this_->plainElementCount;
     run->second = -1;
     this_->runIsOpen = 1;
 }
@@ -369,7 +374,7 @@ void DocHandlerEventBuffer_discardEventsAfterIndex(DocHandlerEventBuffer* this_,
     closeRun(this_);
     while (this_->events->count > index) {
         auto* event = ArrayList_popPointer<CachedEvent>(this_->events);
-        if (event->kind == EVENT_PLAIN_TEXTS) forgetRun(this_, *event);
+        if (event->kind == EVENT_PLAIN_ELEMENTS) forgetRun(this_, *event);
         CachedEventPooler_release(pools(this_), event);
     }
     if (this_->events->count == 0) this_->textUnits = 0;

@@ -23,10 +23,10 @@ struct DocHandlerEventBuffer {
     int32_t holdLevel;                     // open checkpoints
     DocHandlerAdapter* adapter;            // root only
     DocHandlerEventBuffer* chainedBuffer;  // proxy only
-    // Plain texts that wait. A run of them is one event of the list; it ends where a check point is taken.
-    HeldPlainText* plainTexts;
-    int64_t plainTextCount;
-    int64_t plainTextCapacity;
+    // Plain elements that wait. A run of them is one event of the list; it ends where a check point is taken.
+    HeldPlainElement* plainElements;
+    int64_t plainElementCount;
+    int64_t plainElementCapacity;
     UChar* texts;  // one behind the other, each with a zero
     int64_t textUnits;
     int64_t textCapacity;
@@ -91,19 +91,19 @@ inline UChar* DocHandlerEventBuffer_roomForText(DocHandlerEventBuffer* this_, in
 }
 void DocHandlerEventBuffer_openRun(DocHandlerEventBuffer* this_);  // or lets the open one grow
 inline bool DocHandlerEventBuffer_holds(const DocHandlerEventBuffer* this_) { return this_->holdLevel > 0; }
-inline void DocHandlerEventBuffer_holdPlainText(DocHandlerEventBuffer* this_, const PlainText* plan,
+inline void DocHandlerEventBuffer_holdPlainText(DocHandlerEventBuffer* this_, const PlainElement* plan,
                                                 const UChar* chars, int32_t length, int64_t startBit,
                                                 int64_t endBit) {
-    if (this_->runIsOpen == 0 || this_->plainTextCount == this_->plainTextCapacity)
+    if (this_->runIsOpen == 0 || this_->plainElementCount == this_->plainElementCapacity)
         DocHandlerEventBuffer_openRun(this_);
     int64_t textStart = this_->textUnits;
-    if (length != NIL_TEXT) {
+    if (length != NIL_ELEMENT) {
         textStart = chars - this_->texts;
         this_->textUnits = textStart + length + 1;
     }
-    this_->plainTexts[this_->plainTextCount++] = {plan, startBit, endBit, textStart, length};
+    this_->plainElements[this_->plainElementCount++] = {plan, startBit, endBit, textStart, 0, length};
 }
-inline void DocHandlerEventBuffer_plainText(DocHandlerEventBuffer* this_, const PlainText* plan,
+inline void DocHandlerEventBuffer_plainText(DocHandlerEventBuffer* this_, const PlainElement* plan,
                                             const UChar* chars, int32_t length, int64_t startBit,
                                             int64_t endBit) {
     if (DocHandlerEventBuffer_holds(this_)) {
@@ -111,6 +111,16 @@ inline void DocHandlerEventBuffer_plainText(DocHandlerEventBuffer* this_, const 
     } else {
         DocHandlerAdapter_plainText(this_->adapter, plan, chars, length, startBit, endBit);
     }
+}
+// A simple element whose value is in a word, at once.
+inline void DocHandlerEventBuffer_plainWord(DocHandlerEventBuffer* this_, const PlainElement* plan,
+                                            int64_t word, int64_t startBit, int64_t endBit) {
+    if (!DocHandlerEventBuffer_holds(this_))
+        return DocHandlerAdapter_plainWord(this_->adapter, plan, word, startBit, endBit);
+    if (this_->runIsOpen == 0 || this_->plainElementCount == this_->plainElementCapacity)
+        DocHandlerEventBuffer_openRun(this_);
+    this_->plainElements[this_->plainElementCount++] = {plan, startBit,    endBit, this_->textUnits,
+                                                        word, WORD_ELEMENT};
 }
 inline void DocHandlerEventBuffer_elementNilValue(DocHandlerEventBuffer* this_) {
     if (DocHandlerEventBuffer_isDirect(this_)) {

@@ -1,0 +1,109 @@
+// What the short roads may take.
+#include "dfdl/foundation/dfdlustring.h"
+#include "dfdl/pif/elementtable.h"
+#include "dfdl/pif/groupmembertable.h"
+#include "dfdl/pif/lengthschemetable.h"
+#include "dfdl/pif/nilschemetable.h"
+#include "dfdl/pif/occursschemetable.h"
+#include "dfdl/pif/spif.h"
+#include "dfdl/pifiterator/contextitemforparser.h"
+#include "dfdl/pifiterator/rowplan.h"
+
+namespace {
+
+// An element without any frame: its content is all there is of it.
+bool isUnframed(const RowPlan& plan, const GroupMemberTableRow& row) {
+    constexpr uint32_t FRAME = GM_LEADING_ALIGNMENT | GM_TRAILING_ALIGNMENT | GM_INITIATOR | GM_TERMINATOR;
+    return plan.unsupported == nullptr && plan.kind == ITEM_SIMPLE_ELEMENT && (row.flags & FRAME) == 0;
+}
+
+// A text whose decoded characters are the value but for padding of one unit.
+bool isUnframedText(const RowPlan& plan, const GroupMemberTableRow& row) {
+    return isUnframed(plan, row) && row.iPhysicalType == TEXT_STRING && plan.trim != TRIM_BYTE &&
+           plan.padCharacter[1] == 0;
+}
+
+bool isConstant(const RowPlan& plan) { return plan.lengthKind == EXPLICIT || plan.lengthKind == IMPLICIT; }
+
+// Bytes implied by the type are left out, since they need a test of the encoding.
+bool isCountedText(const RowPlan& plan) {
+    const bool counted = (plan.lengthKind == EXPLICIT && plan.units == BYTES) ||
+                         (isConstant(plan) && plan.units == CHARACTERS);
+    return counted && plan.length >= 1 && plan.length <= MOST_PLAIN_TEXT;
+}
+
+bool isCountedBytes(const RowPlan& plan) {
+    return isConstant(plan) && plan.units == BYTES && plan.length >= 1;
+}
+
+PlainNumber planPrefix(const RowPlan& plan, const GroupMemberTableRow& row) {
+    if (plan.lengthKind != PREFIXED || plan.units != BYTES) return {};
+    const GroupMemberTableRow* prefix = row.lengthRow->prefixElement->globalMember;
+    const LengthSchemeTableRow* length = prefix->lengthRow;
+    const bool isWhole = prefix->simpleTypeKind >= SIMPLE_INTEGER;
+    if ((prefix->flags & (GM_INITIATOR | GM_TERMINATOR)) != 0 || length->iLengthUnits != BYTES || !isWhole)
+        return {};
+    return PlainNumber_of(prefix, length->iLength);
+}
+
+PlainContent plainContent(const RowPlan& plan, const GroupMemberTableRow& row) {
+    const PlainMember& member = plan.plainMember;
+    const bool prefixed = member.prefix.form != PLAIN_FORM_NONE;
+    if (member.number.form != PLAIN_FORM_NONE) return PLAIN_WORD;
+    if (row.iPhysicalType == BINARY_OPAQUE)
+        return prefixed || isCountedBytes(plan) ? PLAIN_OPAQUE : PLAIN_NO_CONTENT;
+    return isUnframedText(plan, row) && (prefixed || isCountedText(plan)) ? PLAIN_TEXT : PLAIN_NO_CONTENT;
+}
+
+void planMember(RowPlan* plan, const GroupMemberTableRow& row) {
+    const bool once = row.effectiveMinOccurs == 1 && row.effectiveMaxOccurs == 1;
+    if (!once || !isUnframed(*plan, row) || plan->nilKind != NK_NONE || (row.flags & GM_ESCAPE_SCHEME) != 0)
+        return;
+    PlainMember* member = &plan->plainMember;
+    if (isCountedBytes(*plan)) member->number = PlainNumber_of(&row, plan->length);
+    member->prefix = planPrefix(*plan, row);
+    member->prefixIncludesItself = row.lengthRow != nullptr && row.lengthRow->iPrefixIncludesPrefixLength;
+    member->content = plainContent(*plan, row);
+}
+
+// No characters are nil, and nothing else is. With padding to trim, more would be.
+bool isNilIfEmpty(const RowPlan& plan, const GroupMemberTableRow& row) {
+    if (plan.nilKind != NK_LITERAL_VALUE || plan.trim != TRIM_NONE) return false;
+    const DFDLUString* literals = StringLiteralTable_getStringLiteralForRowIndex(
+        row.pif->stringLiteralTable, row.nilRow->iNilLiteralIndex);
+    return literals != nullptr && DFDLUString_view(literals) == u"%ES;";
+}
+
+PlainFieldKind plainFieldKind(const RowPlan& plan, const GroupMemberTableRow& row) {
+    const bool plain = isUnframedText(plan, row) && (plan.nilKind == NK_NONE || isNilIfEmpty(plan, row)) &&
+                       plan.lengthKind == DELIMITED && plan.units != BITS;
+    if (!plain) return PLAIN_NONE;
+    if (row.max_occurs == 1 && row.effectiveMaxOccurs == 1 && row.effectiveMinOccurs == row.min_occurs)
+        return PLAIN_SINGLE;
+    const bool open =
+        row.occursRow != nullptr && (row.flags & GM_NOT_SINGLE) != 0 &&
+        (row.occursRow->iOccursCountKind == OCK_PARSED || row.occursRow->iOccursCountKind == OCK_IMPLICIT);
+    return open ? PLAIN_ARRAY : PLAIN_NONE;
+}
+
+const UChar* charsOf(const DFDLUString* string) { return string == nullptr ? u"" : string->chars; }
+
+PlainElement plainElement(const GroupMemberTableRow& row, const PlainNumber& number) {
+    const ElementTableRow* element = row.elementRow;
+    return {charsOf(element->name), charsOf(element->namespace_), charsOf(row.scdText),
+            element->element_id,    element->namespaceId,         number.type,
+            number.places};
+}
+
+}  // namespace
+
+void RowPlan_planShortRoads(RowPlan* this_, const GroupMemberTableRow& row) {
+    planMember(this_, row);
+    this_->isPlainField = plainFieldKind(*this_, row);
+    this_->emptyField = isNilIfEmpty(*this_, row) ? EMPTY_IS_NIL
+                        : row.effectiveMinOccurs == 0 && this_->isPlainField == PLAIN_SINGLE
+                            ? EMPTY_IS_ABSENT
+                            : EMPTY_IS_GENERAL;
+    if (this_->plainMember.content != PLAIN_NO_CONTENT || this_->isPlainField != PLAIN_NONE)
+        this_->plainElement = plainElement(row, this_->plainMember.number);
+}

@@ -1,0 +1,35 @@
+#ifndef DFDL_PROCESSOR_PLAINELEMENT_H
+#define DFDL_PROCESSOR_PLAINELEMENT_H
+
+#include <unicode/utypes.h>
+
+#include <cstdint>
+
+#include "dfdl/foundation/dfdltype.h"
+
+// What the events of a simple element need of the grammar, in one place. The characters are the grammar's.
+struct PlainElement {
+    const UChar* name;
+    const UChar* namespaceUri;
+    const UChar* designator;
+    int32_t elementId;
+    int32_t namespaceId;
+    DFDLType valueType;  // of a value that is no text
+    int32_t places;      // behind the point, of a decimal
+};
+
+// One such element that waits.
+struct HeldPlainElement {
+    const PlainElement* plan;
+    int64_t startBit;
+    int64_t endBit;
+    int64_t textStart;  // units; in the buffer's store of texts
+    int64_t word;       // the value that is no text
+    int32_t length;     // units, or one of the two below
+};
+
+// In place of the length.
+inline constexpr int32_t NIL_ELEMENT = -1;
+inline constexpr int32_t WORD_ELEMENT = -2;  // the value is in the word
+
+#endif

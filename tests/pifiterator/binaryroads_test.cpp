@@ -1,0 +1,148 @@
+// The short road of binary members against the plain one, on random grammars and data.
+#include <gtest/gtest.h>
+
+#include <memory>
+#include <random>
+#include <string>
+
+#include "support/grammarbuilder.h"
+#include "support/parserrun.h"
+
+namespace {
+
+using Enums = PIF::MPIFEnums;
+
+constexpr uint32_t SEED = 20261123;
+constexpr int ROUNDS = 600;
+
+class RandomRecord {
+  public:
+    explicit RandomRecord(uint32_t seed) : random_(seed) {}
+
+    void fill(GrammarBuilder* builder, GrammarHandle group, int depth) {
+        for (int members = 1 + below(8); members > 0; --members) {
+            const int kind = below(12);
+            if (kind == 0 && depth < 2) {
+                auto inner = group.complexElement("g");
+                if (below(2) == 0) inner.occurs(0, 2).occursImplicit();
+                fill(builder, inner, depth + 1);
+            } else if (kind == 1) {
+                group.truth(name(), below(3), below(3)).bytes(1 + below(4));
+                append(std::string(static_cast<size_t>(below(2)), '\0') + "\1\0\1");
+            } else if (kind < 5) {
+                prefixed(builder, group);
+            } else {
+                number(builder, group);
+            }
+        }
+    }
+
+    std::string data() {
+        if (below(10) == 0) data_.resize(data_.size() * static_cast<size_t>(below(100)) / 100);
+        if (below(4) == 0 && !data_.empty())
+            data_[static_cast<size_t>(below(static_cast<int>(data_.size())))] = static_cast<char>(below(256));
+        return data_;
+    }
+
+  private:
+    int below(int bound) { return static_cast<int>(random_() % static_cast<uint32_t>(bound)); }
+    std::string name() { return "f" + std::to_string(count_++); }
+    void append(const std::string& bytes) { data_ += bytes; }
+    bool often() { return below(8) != 0; }
+
+    void number(GrammarBuilder* builder, GrammarHandle group) {
+        static constexpr const char* KINDS[] = {"FLOAT",
+                                                "DOUBLE",
+                                                "DECIMAL",
+                                                "INTEGER",
+                                                "LONG",
+                                                "INT",
+                                                "SHORT",
+                                                "BYTE",
+                                                "UNSIGNEDLONG",
+                                                "UNSIGNEDINT",
+                                                "UNSIGNEDSHORT",
+                                                "UNSIGNEDBYTE",
+                                                "NONNEGATIVEINTEGER"};
+        static constexpr int LENGTHS[] = {4, 8, 5, 6, 8, 4, 2, 1, 8, 4, 2, 1, 7};
+        const int kind = below(13);
+        const bool packed = kind > 1 && below(3) == 0;
+        const int length = often() ? LENGTHS[kind] : 1 + below(10);
+        auto field = group.number(name(), KINDS[kind]).bytes(length);
+        auto* row =
+            builder->pif().mutable_binary_number_table()->mutable_row(field.row().iphysicaltypeindex());
+        row->set_ibinarydecimalvirtualpoint(below(9) - 1);
+        row->set_idecimalsigned(below(2) == 0);
+        row->set_ibinaryfloatrepresentation(below(2) == 0 ? Enums::IEEE : Enums::ZOV390_HEX);
+        row->set_ipackedsigncodes(0xCDFC);
+        if (below(2) == 0) row->set_ibinarynumbercheckpolicy(Enums::BINARY_CHECK_POLICY_LAX);
+        if (below(3) == 0) field.littleEndian();
+        if (!packed) return append(randomBytes(length));
+        const int form = below(3);
+        static constexpr Enums::MBinaryNumberRepEnum FORMS[] = {Enums::BCD, Enums::PACKED,
+                                                                Enums::ZOV4690_PACKED};
+        row->set_ibinarynumberrepresentation(FORMS[form]);
+        append(digits(length, form, row->ibyteorder() == Enums::BYTEOR_LITTLE_ENDIAN));
+    }
+
+    void prefixed(GrammarBuilder* builder, GrammarHandle group) {
+        static constexpr const char* KINDS[] = {"BYTE", "UNSIGNEDSHORT", "INT", "UNSIGNEDBYTE"};
+        static constexpr int SIZES[] = {1, 2, 4, 1};
+        const int kind = below(4);
+        const bool included = below(3) == 0;
+        const int length = often() ? below(20) : below(300);
+        const auto prefix = builder->number(name(), KINDS[kind]).bytes(SIZES[kind]);
+        if (below(2) == 0) {
+            group.text(name()).encoding("ISO-8859-1").trimRight("%SP;").prefixed(prefix, included);
+        } else {
+            group.opaque(name()).prefixed(prefix, included);
+        }
+        const int value = length + (included ? SIZES[kind] : 0);
+        for (int byte = SIZES[kind] - 1; byte >= 0; --byte) append({static_cast<char>(value >> (8 * byte))});
+        append(randomBytes(length));
+    }
+
+    std::string randomBytes(int count) {
+        std::string bytes;
+        for (int i = 0; i < count; ++i) bytes += static_cast<char>(below(3) == 0 ? 0 : below(256));
+        return bytes;
+    }
+
+    std::string digits(int count, int form, bool littleEndian) {
+        std::string bytes;
+        for (int i = 0; i < count; ++i) bytes += static_cast<char>(below(10) << 4 | below(often() ? 10 : 16));
+        static constexpr char SIGNS[] = "\xC\xD\xF\xB\xA\x3";
+        if (form == 1)
+            bytes.back() = static_cast<char>((bytes.back() & 0xF0) | SIGNS[below(6) % (1 + below(6))]);
+        if (form == 2 && below(2) == 0) bytes[0] = static_cast<char>(0xD0 | (bytes[0] & 15));
+        return littleEndian ? std::string(bytes.rbegin(), bytes.rend()) : bytes;
+    }
+
+    std::mt19937 random_;
+    std::string data_;
+    int count_ = 0;
+};
+
+TEST(BinaryRoads, DeliverTheSame) {
+    int parsed = 0;
+    for (uint32_t round = 0; round < ROUNDS; ++round) {
+        RandomRecord record(SEED + round);
+        GrammarBuilder builder;
+        record.fill(&builder, builder.complexElement("r"), 0);
+        const std::unique_ptr<DFDLGrammar, decltype(&delete_DFDLGrammar)> grammar(builder.load(),
+                                                                                  delete_DFDLGrammar);
+        const std::string data = record.data();
+        ParserOptions options;
+        options.ignoreTrailingData = true;
+        options.fastSmallIntegers = round % 2 == 0;
+        const ParserRun ahead = runParser(grammar.get(), u"r", data, options);
+        parsed += ahead.parsed ? 1 : 0;
+        for (const ParserRoad road : {ParserRoad{0, true}, ParserRoad{3, false}, ParserRoad{17, false}}) {
+            EXPECT_EQ(ahead, runParser(grammar.get(), u"r", data, options, road))
+                << "seed " << SEED + round << ", pieces of " << road.piece << ", stepped " << road.step;
+        }
+    }
+    EXPECT_GT(parsed, ROUNDS / 4) << "the data should fit often enough to test what is delivered";
+}
+
+}  // namespace
