@@ -41,6 +41,15 @@ struct Folder {
 
 void run(const std::string& command) { EXPECT_EQ(std::system(command.c_str()), 0) << command; }
 
+// What one of the scripts in tests/formats writes when it reads the bytes.
+std::string outputOf(const std::string& script, const std::string& bytes) {
+    const Folder folder;
+    std::ofstream(folder.path / "in", std::ios::binary) << bytes;
+    run("cd " + folder.path.string() + " && /usr/bin/python3 " DFDL_SOURCE_DIR "/tests/formats/" + script +
+        " <in >out");
+    return contentOf(folder.path / "out");
+}
+
 // The document handler behind an outline.
 struct Outline {
     std::string text;
@@ -86,11 +95,11 @@ Grammar exampleGrammar(const std::string& name, const std::function<void(PIF::MP
 }
 
 std::string fromPython(const std::string& command, const std::string& bytes) {
-    const Folder folder;
-    std::ofstream(folder.path / "in", std::ios::binary) << bytes;
-    run("cd " + folder.path.string() + " && /usr/bin/python3 " DFDL_SOURCE_DIR "/tests/formats/expected.py " +
-        command + " <in >out");
-    return contentOf(folder.path / "out");
+    return outputOf("expected.py " + command, bytes);
+}
+
+std::string sampleFromPython(const std::string& format, unsigned seed) {
+    return outputOf("samples.py " + format + " " + std::to_string(seed), {});
 }
 
 std::string outlineOf(DFDLGrammar* grammar, std::u16string_view root, const std::string& bytes,

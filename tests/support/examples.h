@@ -21,6 +21,9 @@ Grammar exampleGrammar(const std::string& name, const std::function<void(PIF::MP
 // fails if it cannot be run.
 std::string fromPython(const std::string& command, const std::string& bytes);
 
+// Data in a format that tests/formats/samples.py makes at random.
+std::string sampleFromPython(const std::string& format, unsigned seed);
+
 // What the parser says of them, in the same form: for each element its name, behind "=" its value if it is a
 // simple one (a nil one has none), and U+001E behind it. `road` as for runParser.
 std::string outlineOf(DFDLGrammar* grammar, std::u16string_view root, const std::string& bytes,

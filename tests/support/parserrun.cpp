@@ -107,6 +107,21 @@ std::vector<std::string> ParserRun::values() const {
     return found;
 }
 
+std::string ParserRun::outline() const {
+    constexpr char END_OF_ITEM = '\x1E';
+    std::string all;
+    for (const std::string& line : events) {
+        const nlohmann::json event = parseLine(line);
+        const std::string kind = event["event"];
+        if (kind == "startElement") all += event["name"].get<std::string>() + END_OF_ITEM;
+        if (kind != "value" && kind != "nil") continue;
+        all.back() = '=';  // the value comes right behind the start
+        if (kind == "value") all += valueOf(event["value"]);
+        all += END_OF_ITEM;
+    }
+    return all;
+}
+
 std::vector<std::string> ParserRun::codes() const {
     std::vector<std::string> found;
     for (const std::string& line : diagnostics) found.push_back(line.substr(0, line.find(':')));

@@ -30,6 +30,7 @@ struct ParserRun {
 
     std::string text() const;                 // the events, each with a line feed
     std::vector<std::string> values() const;  // "name=value" for each simple element, "name=nil" for nil ones
+    std::string outline() const;              // as fromPython tells it, of values of any type
     std::vector<std::string> codes() const;   // of the diagnostics
 };
 std::ostream& operator<<(std::ostream& out, const ParserRun& run);

@@ -1,0 +1,122 @@
+"""Writes data in a binary format, at random or as examples/ has them:  python3 samples.py FORMAT SEED | example"""
+import random
+import struct
+import sys
+import zlib
+
+
+def png_chunk(name, data):
+    return struct.pack(">I", len(data)) + name + data + struct.pack(">I", zlib.crc32(name + data))
+
+
+def png(width, height, depth, kind, interlaced, channels):
+    row = b"\0" + bytes((width * channels * depth + 7) // 8)
+    header = struct.pack(">IIBBBBB", width, height, depth, kind, 0, 0, interlaced)
+    return (b"\x89PNG\r\n\x1a\n" + png_chunk(b"IHDR", header) + png_chunk(b"IDAT", zlib.compress(row * height)) +
+            png_chunk(b"IEND", b""))
+
+
+def png_sample(pick):
+    kind, channels = pick.choice([(0, 1), (2, 3), (4, 2), (6, 4)])
+    return png(pick.randint(1, 400), pick.randint(1, 9), pick.choice([8, 16]), kind, pick.randint(0, 1), channels)
+
+
+def png_example():
+    return png(1, 1, 8, 2, 0, 3)
+
+
+def pcap_sample(pick):
+    order = pick.choice("<>")
+    data = struct.pack(order + "IHHiIII", 0xA1B2C3D4, 2, 4, pick.randint(-43200, 43200), 0, 65535, 1)
+    for _ in range(pick.randint(0, 5)):
+        length = pick.choice([1, 60, 300])
+        data += struct.pack(order + "IIII", pick.randrange(2 ** 31), pick.randrange(1000000), length, length)
+        data += pick.randbytes(length)
+    return data
+
+
+def tcp_sample(pick):
+    return b"\x45" + pick.randbytes(39 + pick.choice([0, 0, 1, 12, 600]))
+
+
+def packed(number, digits, signs):
+    """`signs` has a nibble for numbers above zero, below it, and for zero."""
+    sign = signs[0 if number > 0 else 1 if number < 0 else 2]
+    return bytes.fromhex(f"{abs(number):0{digits}}" + sign)
+
+
+def packed_4690(number, digits):
+    """The sign takes the first nibble, or the second behind a filler."""
+    text = "d" + str(-number).rjust(digits - 2, "0") if number < 0 else str(number).rjust(digits - 1, "0")
+    return bytes.fromhex(text.rjust(digits, "f"))
+
+
+def hexadecimal_float(number, size):
+    """Exact, and with the lowest bits unused, for numbers of as few bits as the samples have."""
+    exponent, fraction = 64, abs(number)
+    while fraction >= 1:
+        exponent, fraction = exponent + 1, fraction / 16
+    while 0 < fraction < 1 / 16:
+        exponent, fraction = exponent - 1, fraction * 16
+    head = (128 if number < 0 else 0) | (exponent if number else 0)
+    return bytes([head]) + int(fraction * 256 ** (size - 1)).to_bytes(size - 1, "big")
+
+
+def employee(number, name, grade, points, salary, bonus, left, account, hours, till, rate, share, switches,
+             lax="cdc"):
+    return (number.encode("cp037") + name.ljust(20).encode("cp037") + struct.pack(">hi", grade, points) +
+            packed(salary, 9, "cdc") + packed(bonus, 7, lax) + (packed(left, 9, "ffc") if left else bytes(5)) +
+            bytes.fromhex(f"{account:016}{hours:04}") + packed_4690(till, 6) + hexadecimal_float(rate, 4) +
+            hexadecimal_float(share, 8) + switches)
+
+
+def payroll_sample(pick):
+    def within(digits):
+        return pick.choice([0, 1, -1, 10 ** digits - 1, 1 - 10 ** digits, pick.randrange(10 ** digits)])
+    return b"".join(
+        employee(f"{pick.randrange(10 ** 6):06}", "".join(pick.choices("AZaz \u00e9\u00df.,-9", k=19)) + "x",
+                 pick.randint(-2 ** 15, 2 ** 15 - 1), pick.randint(-2 ** 31, 2 ** 31 - 1), within(9), within(7),
+                 pick.choice([0, 20261231, 1]), pick.randrange(10 ** 16), pick.randrange(10 ** 4), within(5),
+                 pick.choice([0, 1.5, -0.1015625, 118.625, pick.randrange(2 ** 20) / 1024]),
+                 pick.choice([0, -1.0, 2.0 ** -200, pick.randrange(2 ** 48) / 2 ** 40]), pick.randbytes(2),
+                 pick.choice(["cdc", "abf", "ede", "fba"]))
+        for _ in range(pick.randint(0, 5)))
+
+
+def payroll_example():
+    return (employee("000417", "LOVELACE, ADA", 12, 1815, 612450, 1250, 0, 4012345678901234, 3950, 12345, 1.5,
+                     0.125, b"\xa0\x01") +
+            employee("000518", "NO\u00cbL, MARCEL", -3, -70000, -100, -5, 20250930, 42, 0, -77, -0.25, 6.02e5,
+                     b"\0\0", "abf"))
+
+
+def prefixed(fields):
+    """Texts and blobs by turns, five of each."""
+    data = b""
+    for i, (size, order) in enumerate(((1, "big"), (2, "big"), (2, "little"), (4, "big"), (4, "little"))):
+        text, blob = fields[2 * i].encode("utf-8"), fields[2 * i + 1]
+        data += len(text).to_bytes(size, order) + text + (len(blob) + size).to_bytes(size, order) + blob
+    return (len(data) + 4).to_bytes(4, "big") + data
+
+
+def prefixed_sample(pick):
+    def text(most):
+        return "".join(pick.choices("ab\u00e4\u20ac\U0001f642 ", k=pick.choice([0, 1, 3, most])))
+    return b"".join(
+        prefixed([field for most in (60, 100, 300, 300, 9000)
+                  for field in (text(most), pick.randbytes(pick.choice([0, 1, most])))])
+        for _ in range(pick.randint(0, 3)))
+
+
+def prefixed_example():
+    return (prefixed(["one", b"\1", "two", b"\2\2", "drei \u00fc", b"", "", b"\4" * 4, "five", b"\5" * 5]) +
+            prefixed(["", b""] * 5))
+
+
+def main():
+    name, seed = sys.argv[1:]
+    make = globals()[name + ("_example" if seed == "example" else "_sample")]
+    sys.stdout.buffer.write(make() if seed == "example" else make(random.Random(int(seed))))
+
+
+main()
