@@ -17,6 +17,15 @@ void onString(DFDLDocHandler* handler, const DFDLChar* characters, int32_t lengt
     ++sinkOf(handler)->values;
     sinkOf(handler)->units += length + characters[0];
 }
+template <class Number>
+void onNumber(DFDLDocHandler* handler, Number number, uint32_t) {
+    ++sinkOf(handler)->values;
+    sinkOf(handler)->units += number < 0 ? 1 : 2;
+}
+void onDecimal(DFDLDocHandler* handler, const char* digits, int32_t length, uint32_t) {
+    ++sinkOf(handler)->values;
+    sinkOf(handler)->units += length + digits[0];
+}
 void onNil(DFDLDocHandler* handler) { sinkOf(handler)->units += 1; }
 void onEnd(DFDLDocHandler* handler, DFDLWORD endBit) { sinkOf(handler)->lastEnd = endBit; }
 void onRelease(DFDLBufferHandler*, DFDLByteBuffer*) {}
@@ -29,6 +38,17 @@ SinkHandler::SinkHandler() : handler_(new_DFDLDocHandler()) {
     DFDLDocHandler_setContextObject(handler_, &sink_);
     DFDLDocHandler_setStartElementCallback(handler_, onStart);
     DFDLDocHandler_setElementStringValueCallback(handler_, onString);
+    DFDLDocHandler_setElementByteValueCallback(handler_, onNumber<int8_t>);
+    DFDLDocHandler_setElementShortValueCallback(handler_, onNumber<int16_t>);
+    DFDLDocHandler_setElementIntValueCallback(handler_, onNumber<int32_t>);
+    DFDLDocHandler_setElementLongValueCallback(handler_, onNumber<int64_t>);
+    DFDLDocHandler_setElementUByteValueCallback(handler_, onNumber<uint8_t>);
+    DFDLDocHandler_setElementUShortValueCallback(handler_, onNumber<uint16_t>);
+    DFDLDocHandler_setElementUIntValueCallback(handler_, onNumber<uint32_t>);
+    DFDLDocHandler_setElementULongValueCallback(handler_, onNumber<uint64_t>);
+    DFDLDocHandler_setElementFloatValueCallback(handler_, onNumber<float>);
+    DFDLDocHandler_setElementDoubleValueCallback(handler_, onNumber<double>);
+    DFDLDocHandler_setElementDecimalValueCallback(handler_, onDecimal);
     DFDLDocHandler_setElementNilValueCallback(handler_, onNil);
     DFDLDocHandler_setEndElementCallback(handler_, onEnd);
 }
@@ -65,11 +85,21 @@ void BufferFeed::next(DFDLBufferHandler* handler, DFDLByteBuffer* buffer) {
 }
 
 // The compiler must not see what the pointers point at.
-HandEvents::HandEvents() : start_(onStart), value_(onString), nil_(onNil), end_(onEnd) {
+HandEvents::HandEvents()
+    : start_(onStart),
+      value_(onString),
+      numbers_{onNumber<int8_t>,  onNumber<int16_t>,  onNumber<int32_t>,  onNumber<int64_t>,
+               onNumber<uint8_t>, onNumber<uint16_t>, onNumber<uint32_t>, onNumber<uint64_t>,
+               onNumber<float>,   onNumber<double>},
+      decimal_(onDecimal),
+      nil_(onNil),
+      end_(onEnd) {
     UErrorCode status = U_ZERO_ERROR;
     converter_ = ucnv_open("UTF-8", &status);
     benchmark::DoNotOptimize(start_);
     benchmark::DoNotOptimize(value_);
+    benchmark::DoNotOptimize(numbers_);
+    benchmark::DoNotOptimize(decimal_);
     benchmark::DoNotOptimize(nil_);
     benchmark::DoNotOptimize(end_);
 }

@@ -7,6 +7,7 @@
 
 #include <cstdint>
 #include <string>
+#include <tuple>
 
 // What the events add up to, so that none of them can be left out.
 struct Sink {
@@ -86,14 +87,29 @@ class HandEvents {
     // A field with its three calls. `pad` is trimmed from the end, 0 none.
     void field(const DFDLChar* name, const char* bytes, const char* bytesEnd, int64_t at, UChar pad = 0);
     void nilField(const DFDLChar* name, int64_t at);
+    // Values only; start and end are the caller's.
+    template <class Number>
+    void number(Number value) {
+        std::get<NumberCallback<Number>>(numbers_)(sink_.handler(), value, 0);
+    }
+    void decimal(const char* digits, int32_t length) { decimal_(sink_.handler(), digits, length, 0); }
     const Sink& sink() const { return sink_.sink(); }
 
   private:
+    template <class Number>
+    using NumberCallback = void (*)(DFDLDocHandler*, Number, uint32_t);
+
     SinkHandler sink_;
     UConverter* converter_;
     UChar text_[MOST_UNITS + 1];
     DFDLStartElementCallback start_;
     DFDLElementStringValueCallback value_;
+    std::tuple<NumberCallback<int8_t>, NumberCallback<int16_t>, NumberCallback<int32_t>,
+               NumberCallback<int64_t>, NumberCallback<uint8_t>, NumberCallback<uint16_t>,
+               NumberCallback<uint32_t>, NumberCallback<uint64_t>, NumberCallback<float>,
+               NumberCallback<double>>
+        numbers_;
+    DFDLElementDecimalValueCallback decimal_;
     DFDLElementNilValueCallback nil_;
     DFDLEndElementCallback end_;
 };
