@@ -12,6 +12,7 @@ namespace {
 
 // A decimal with more places may be written with an exponent.
 constexpr int32_t MOST_PLACES = 6;
+constexpr int64_t MOST_BYTES = 8;
 
 bool isUnsigned(int32_t simpleType) { return simpleType >= SIMPLE_UNSIGNED_LONG; }
 
@@ -22,9 +23,10 @@ bool isInteger(int32_t simpleType) {
 PlainNumberForm binaryForm(const BinaryNumberTableRow& row, int32_t simpleType, int64_t bytes) {
     if (simpleType == SIMPLE_FLOAT || simpleType == SIMPLE_DOUBLE) {
         const bool natural = bytes == (simpleType == SIMPLE_FLOAT ? 4 : 8);
-        return natural && row.iBinaryFloatRepExprIndex == -1 ? PLAIN_FORM_FLOATING : PLAIN_FORM_NONE;
+        if (!natural || row.iBinaryFloatRepExprIndex != -1) return PLAIN_FORM_NONE;
+        return row.iBinaryFloatRepresentation == IEEE ? PLAIN_FORM_UNSIGNED : PLAIN_FORM_FLOATING;
     }
-    if (bytes > 8 || !DFDLType_isValidByteLength(simpleType, bytes)) return PLAIN_FORM_NONE;
+    if (!DFDLType_isValidByteLength(simpleType, bytes)) return PLAIN_FORM_NONE;
     if (simpleType == SIMPLE_DECIMAL) {
         if (row.iDecimalSigned) return PLAIN_FORM_SIGNED;
         return bytes < 8 ? PLAIN_FORM_UNSIGNED : PLAIN_FORM_NONE;
@@ -42,8 +44,7 @@ PlainNumberForm formOf(const BinaryNumberTableRow& row, int32_t simpleType, int6
             return binaryForm(row, simpleType, bytes);
         case BCD:
         case PACKED:
-            return (isDecimal || isInteger(simpleType)) && bytes <= PACKED_WORD_BYTES ? PLAIN_FORM_PACKED
-                                                                                      : PLAIN_FORM_NONE;
+            return isDecimal || isInteger(simpleType) ? PLAIN_FORM_PACKED : PLAIN_FORM_NONE;
         default:
             return PLAIN_FORM_NONE;
     }
@@ -115,7 +116,7 @@ bool readPacked(const PlainNumber& number, const BinaryField& field, int64_t* wo
 }  // namespace
 
 PlainNumber PlainNumber_of(const GroupMemberTableRow* row, int64_t bytes) {
-    if (bytes < 1 || bytes > PACKED_WORD_BYTES) return {};
+    if (bytes < 1 || bytes > MOST_BYTES) return {};
     switch (row->iPhysicalType) {
         case BINARY_NUMBER:
             return numberOf(row, bytes);
@@ -126,7 +127,7 @@ PlainNumber PlainNumber_of(const GroupMemberTableRow* row, int64_t bytes) {
     }
 }
 
-bool PlainNumber_read(const PlainNumber* this_, const uint8_t* bytes, int64_t* word) {
+bool PlainNumber_readSlowly(const PlainNumber* this_, const uint8_t* bytes, int64_t* word) {
     const BinaryField field{bytes, this_->bytes, this_->order, this_->simpleType, this_->row, nullptr};
     switch (this_->form) {
         case PLAIN_FORM_SIGNED:

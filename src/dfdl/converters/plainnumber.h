@@ -3,6 +3,7 @@
 
 #include <cstdint>
 
+#include "dfdl/converters/binarynumberconverter.h"
 #include "dfdl/foundation/dfdltype.h"
 #include "dfdl/pif/pifenums.h"
 
@@ -13,7 +14,7 @@ struct GroupMemberTableRow;
 enum PlainNumberForm : uint8_t {
     PLAIN_FORM_NONE,
     PLAIN_FORM_SIGNED,
-    PLAIN_FORM_UNSIGNED,
+    PLAIN_FORM_UNSIGNED,  // also the bits of a float that need no conversion
     PLAIN_FORM_FLOATING,
     PLAIN_FORM_TRUTH,
     PLAIN_FORM_PACKED
@@ -23,7 +24,7 @@ enum PlainNumberForm : uint8_t {
 // once per grammar; borrows its rows.
 struct PlainNumber {
     PlainNumberForm form;
-    uint8_t bytes;
+    uint8_t bytes;  // 1 to 8
     ByteOrderEnum order;
     DFDLType type;   // of the value
     int32_t places;  // of a decimal, behind the point
@@ -35,8 +36,32 @@ struct PlainNumber {
 // The form is PLAIN_FORM_NONE if the member needs the general road.
 PlainNumber PlainNumber_of(const GroupMemberTableRow* row, int64_t bytes);
 
+bool PlainNumber_readSlowly(const PlainNumber* this_, const uint8_t* bytes, int64_t* word);
+
 // The value as DocHandlerAdapter_plainWord takes it. False, without an error, if it is one that the general
 // road refuses, or may refuse.
-bool PlainNumber_read(const PlainNumber* this_, const uint8_t* bytes, int64_t* word);
+inline bool PlainNumber_read(const PlainNumber* this_, const uint8_t* bytes, int64_t* word) {
+    if (this_->form > PLAIN_FORM_UNSIGNED) return PlainNumber_readSlowly(this_, bytes, word);
+    uint64_t bits = 0;
+    switch (this_->bytes) {
+        case 1:
+            bits = *bytes;
+            break;
+        case 2:
+            bits = BinaryNumberConverter_getShort(bytes, this_->order);
+            break;
+        case 4:
+            bits = BinaryNumberConverter_getInt(bytes, this_->order);
+            break;
+        case 8:
+            bits = BinaryNumberConverter_getLong(bytes, this_->order);
+            break;
+        default:
+            return PlainNumber_readSlowly(this_, bytes, word);
+    }
+    const int sign = this_->form == PLAIN_FORM_SIGNED ? 64 - 8 * this_->bytes : 0;
+    *word = static_cast<int64_t>(bits << sign) >> sign;
+    return true;
+}
 
 #endif

@@ -1,4 +1,5 @@
 // Packed decimals: BCD, IBM's with the sign in the last half byte, and the 4690's with the sign in front.
+#include "dfdl/converters/binarynumberconverter.h"
 #include "dfdl/converters/simpletypeconverter.h"
 #include "dfdl/foundation/context.h"
 #include "dfdl/foundation/dfdldecimal.h"
@@ -192,55 +193,34 @@ bool read4690(const BinaryField* field, bool withVirtualPoint, DFDLDecimal* targ
     return finish(packed, withVirtualPoint, isNegative);
 }
 
-// By byte: the number of its two digits, or more than any for what is not two digits.
-struct PairTable {
-    uint8_t values[256];
-};
-constexpr uint8_t NO_PAIR = 255;
-
-constexpr PairTable makePairs() {
-    PairTable table{};
-    for (int byte = 0; byte < 256; ++byte) {
-        const int high = byte >> 4;
-        const int low = byte & 15;
-        table.values[byte] = high > 9 || low > 9 ? NO_PAIR : static_cast<uint8_t>(high * 10 + low);
-    }
-    return table;
-}
-constexpr PairTable PAIRS = makePairs();
-
-bool readPairs(const BinaryField* field, int64_t count, int64_t* word) {
-    uint64_t total = 0;
-    bool good = true;
-    for (int64_t rank = 0; rank < count; ++rank) {
-        const uint8_t pair = PAIRS.values[field->bytes[BinaryField_indexOf(field, rank)]];
-        good = good && pair != NO_PAIR;
-        total = total * 100 + pair;
-    }
-    *word = static_cast<int64_t>(total);
-    return good;
+// Whether one of the 16 half bytes is more than 9: it has the bit for 8 and one of those for 4 and 2.
+bool hasOtherDigits(uint64_t halves) {
+    return ((halves >> 3) & ((halves >> 2) | (halves >> 1)) & 0x1111111111111111) != 0;
 }
 
-bool readSignedPairs(const BinaryField* field, int64_t* word) {
-    const uint8_t last = field->bytes[BinaryField_indexOf(field, field->length - 1)];
-    if (!readPairs(field, field->length - 1, word) || highOf(last) > 9) return false;
-    *word = *word * 10 + highOf(last);
-    const Sign sign = signOf(field->row, lowOf(last), *word == 0);
-    if (sign == Sign::Negative) *word = -*word;
-    return sign != Sign::Refused;
+// The number that 16 half bytes write: joined to pairs, fours, eights.
+uint64_t joinDigits(uint64_t halves) {
+    const uint64_t pairs = (halves & 0x0F0F0F0F0F0F0F0F) + 10 * ((halves >> 4) & 0x0F0F0F0F0F0F0F0F);
+    const uint64_t fours = (pairs & 0x00FF00FF00FF00FF) + 100 * ((pairs >> 8) & 0x00FF00FF00FF00FF);
+    const uint64_t eights = (fours & 0x0000FFFF0000FFFF) + 10000 * ((fours >> 16) & 0x0000FFFF0000FFFF);
+    return (eights & 0xFFFFFFFF) + 100000000 * (eights >> 32);
 }
 
 }  // namespace
 
 bool SimpleTypeConverter_packedWord(const BinaryField* field, int64_t* word) {
-    switch (field->row->iBinaryNumberRepresentation) {
-        case BCD:
-            return readPairs(field, field->length, word);
-        case PACKED:
-            return field->length > 0 && readSignedPairs(field, word);
-        default:
-            return false;
-    }
+    if (field->length < 1 || field->length > static_cast<int64_t>(sizeof(uint64_t))) return false;
+    const bool isPacked = field->row->iBinaryNumberRepresentation == PACKED;
+    if (!isPacked && field->row->iBinaryNumberRepresentation != BCD) return false;
+    const uint64_t halves =
+        BinaryNumberConverter_getBinaryUnsignedInteger(field->bytes, field->byteOrder, field->length);
+    const uint64_t digits = isPacked ? halves >> 4 : halves;
+    if (hasOtherDigits(digits)) return false;
+    *word = static_cast<int64_t>(joinDigits(digits));
+    if (!isPacked) return true;
+    const Sign sign = signOf(field->row, static_cast<uint32_t>(halves & 0xF), *word == 0);
+    if (sign == Sign::Negative) *word = -*word;
+    return sign != Sign::Refused;
 }
 
 bool SimpleTypeConverter_bcdToNumber(const BinaryField* field, bool withVirtualPoint, DFDLDecimal* target) {

@@ -1,4 +1,6 @@
 // The short road of members without separators between them.
+#include <algorithm>
+
 #include "dfdl/buffer/buffermanager.h"
 #include "dfdl/pif/groupmembertable.h"
 #include "dfdl/pifiterator/pifiteratorforparser.h"
@@ -7,79 +9,108 @@
 
 namespace {
 
-// A member's bytes in the current buffer.
+// The bytes at hand. The buffer is moved once, when the run ends.
+struct Run {
+    PIFIteratorForParser* iterator;
+    const uint8_t* position;
+    const uint8_t* end;
+    int64_t bit;         // of the position, in the document
+    int64_t characters;  // that have been counted: those of texts
+};
+
+// A member's bytes among them.
 struct Field {
     const uint8_t* bytes;  // the content
     int64_t length;        // of the content
-    int64_t whole;         // with the prefix
-    BitRange place;
+    BitRange place;        // with the prefix
 };
 
-// Keeps sums of lengths from the data in range.
-constexpr int64_t MOST_PLAIN_BYTES = INT64_MAX / 16;
-
-// No limit lies within the bytes, and no character limit is open.
-bool isOpenGround(const BufferManager* buffer, int64_t bytes) {
-    if (buffer->charTrackerCount != 0) return false;
-    return buffer->bitLimit < 1 || buffer->bitPosition + 8 * bytes <= buffer->bitLimit;
+// No scope may end within the bytes, and no count of characters be open.
+Run startRun(PIFIteratorForParser* iterator) {
+    const BufferManager* buffer = iterator->bufferManager;
+    const uint8_t* position = BufferManager_peekBytes(buffer, 0);
+    Run run{iterator, position, position, buffer->bitPosition, 0};
+    if (position == nullptr || buffer->charTrackerCount != 0) return run;
+    int64_t loaded = DFDLByteBufferImpl_remaining(buffer->currentBuffer);
+    if (buffer->bitLimit >= 1) loaded = std::min(loaded, (buffer->bitLimit - buffer->bitPosition) >> 3);
+    run.end = position + std::max<int64_t>(loaded, 0);
+    return run;
 }
 
-// The length of content behind a prefix, 0 if the general road has to look at it.
-int64_t readLength(const PlainMember& member, const uint8_t* bytes) {
+void commit(const Run& run) {
+    BufferManager* buffer = run.iterator->bufferManager;
+    buffer->currentBuffer->position += (run.bit - buffer->bitPosition) >> 3;
+    buffer->bitPosition = run.bit;
+    buffer->charPosition += run.characters;
+}
+
+// The length of content behind a prefix; 0 if the general road has to look at it.
+int64_t readLength(const Run& run, const PlainMember& member) {
     int64_t length = 0;
-    if (bytes == nullptr || !PlainNumber_read(&member.prefix, bytes, &length)) return 0;
-    if (member.prefixIncludesItself) length -= member.prefix.bytes;
-    return length > MOST_PLAIN_BYTES ? 0 : length;
+    if (run.end - run.position < member.prefix.bytes ||
+        !PlainNumber_read(&member.prefix, run.position, &length)) {
+        return 0;
+    }
+    return member.prefixIncludesItself ? length - member.prefix.bytes : length;
 }
 
-bool findField(const BufferManager* buffer, const RowPlan& plan, Field* field) {
+bool findField(const Run& run, const RowPlan& plan, Field* field) {
     const PlainMember& member = plan.plainMember;
-    const int64_t prefix = member.prefix.form == PLAIN_FORM_NONE ? 0 : member.prefix.bytes;
-    field->length = prefix == 0 ? plan.length : readLength(member, BufferManager_peekBytes(buffer, prefix));
-    if (field->length < 1) return false;
-    field->whole = prefix + field->length;
-    const uint8_t* bytes = BufferManager_peekBytes(buffer, field->whole);
-    if (bytes == nullptr || !isOpenGround(buffer, field->whole)) return false;
-    field->bytes = bytes + prefix;
-    field->place = {buffer->bitPosition, buffer->bitPosition + 8 * field->whole};
+    const bool prefixed = member.prefix.form != PLAIN_FORM_NONE;
+    const int64_t prefix = prefixed ? member.prefix.bytes : 0;
+    field->length = prefixed ? readLength(run, member) : plan.length;
+    if (field->length < 1 || field->length > run.end - run.position - prefix) return false;
+    field->bytes = run.position + prefix;
+    field->place = {run.bit, run.bit + 8 * (prefix + field->length)};
     return true;
 }
 
-// Both: false, with nothing delivered, if the content needs the general road.
-bool deliverText(PIFIteratorForParser* iterator, const RowPlan& plan, const Field& field) {
-    DFDLCharset* charset = PlainTextRun_useEncoding(iterator->bufferManager, plan);
+// All: false, with nothing delivered, if the content needs the general road.
+bool deliverText(Run* run, const RowPlan& plan, const Field& field) {
+    DFDLCharset* charset = PlainTextRun_useEncoding(run->iterator->bufferManager, plan);
     if (charset == nullptr ||
-        !PlainTextRun_deliver(iterator, plan, charset, field.bytes, field.length, field.place))
+        !PlainTextRun_deliver(run->iterator, plan, charset, field.bytes, field.length, field.place)) {
         return false;
-    iterator->bufferManager->charPosition += field.length;
+    }
+    run->characters += field.length;
     return true;
 }
 
-bool deliverOpaque(PIFIteratorForParser* iterator, const RowPlan& plan, const Field& field) {
-    DocHandlerEventBuffer* events = iterator->eventBuffer;
+bool deliverOpaque(const Run& run, const RowPlan& plan, const Field& field) {
+    DocHandlerEventBuffer* events = run.iterator->eventBuffer;
     if (DocHandlerEventBuffer_holds(events)) return false;
     DocHandlerAdapter_plainBytes(events->adapter, &plan.plainElement, field.bytes, field.length,
                                  field.place.start, field.place.end);
     return true;
 }
 
-bool deliver(PIFIteratorForParser* iterator, const RowPlan& plan, const Field& field) {
-    if (plan.plainMember.content == PLAIN_TEXT) return deliverText(iterator, plan, field);
-    if (plan.plainMember.content == PLAIN_OPAQUE) return deliverOpaque(iterator, plan, field);
+bool deliverWord(const Run& run, const RowPlan& plan, const Field& field) {
     int64_t word = 0;
     if (!PlainNumber_read(&plan.plainMember.number, field.bytes, &word)) return false;
-    DocHandlerEventBuffer_plainWord(iterator->eventBuffer, &plan.plainElement, word, field.place.start,
+    DocHandlerEventBuffer_plainWord(run.iterator->eventBuffer, &plan.plainElement, word, field.place.start,
                                     field.place.end);
     return true;
 }
 
+bool deliver(Run* run, const RowPlan& plan, const Field& field) {
+    switch (plan.plainMember.content) {
+        case PLAIN_TEXT:
+            return deliverText(run, plan, field);
+        case PLAIN_WORD:
+            return deliverWord(*run, plan, field);
+        case PLAIN_OPAQUE:
+            return deliverOpaque(*run, plan, field);
+        default:
+            return false;
+    }
+}
+
 // False, with nothing moved, if the member needs the general road.
-bool takeMember(PIFIteratorForParser* iterator, const RowPlan& plan) {
-    BufferManager* buffer = iterator->bufferManager;
+bool takeMember(Run* run, const RowPlan& plan) {
     Field field;
-    if (!findField(buffer, plan, &field) || !deliver(iterator, plan, field)) return false;
-    buffer->currentBuffer->position += field.whole;
-    buffer->bitPosition = field.place.end;
+    if (!findField(*run, plan, &field) || !deliver(run, plan, field)) return false;
+    run->position = field.bytes + field.length;
+    run->bit = field.place.end;
     return true;
 }
 
@@ -89,10 +120,12 @@ void PIFIteratorForParser_runPlainMembers(PIFIteratorForParser* this_, ContextIt
     if (this_->hiddenDepth != 0 || this_->eventBuffer->adapter == nullptr) return;
     const GroupMemberTableRow* first = PIFIteratorForParser_nextCandidate(this_, group);
     const GroupMemberTableRow* row = first;
+    Run run = startRun(this_);
     while (row != nullptr) {
         const RowPlan& plan = this_->plans[row->rowIndex];
-        if (plan.plainMember.content == PLAIN_NO_CONTENT || !takeMember(this_, plan)) break;
+        if (plan.plainMember.content == PLAIN_NO_CONTENT || !takeMember(&run, plan)) break;
         row = row->nextSibling;
     }
+    if (row != first) commit(run);
     PlainTextRun_resumeAt(this_, group, row, row != first);
 }

@@ -1,6 +1,5 @@
 #include "dfdl/processor/dochandleradapter.h"
 
-#include <algorithm>
 #include <bit>
 #include <charconv>
 
@@ -115,29 +114,24 @@ void give(DocHandlerAdapter* adapter, const DFDLValue* value) {
     }
 }
 
-// A word with a point, as a decimal is written.
+// A word with a point, as a decimal is written; from the last digit to the first.
 void givePlainDecimal(DFDLDocHandlerImpl* handler, int64_t word, int32_t places) {
     if (handler->elementDecimalValue == nullptr) return;
-    char digits[DIGITS_CAPACITY];
-    const uint64_t size = word < 0 ? 0 - static_cast<uint64_t>(word) : static_cast<uint64_t>(word);
-    const char* end = std::to_chars(digits, digits + DIGITS_CAPACITY, size).ptr;
-    const auto count = static_cast<int32_t>(end - digits);
+    uint64_t rest = word < 0 ? 0 - static_cast<uint64_t>(word) : static_cast<uint64_t>(word);
     char text[DIGITS_CAPACITY + MOST_PLACES + 2];
-    char* next = text;
-    if (word < 0) *next++ = '-';
-    const int32_t whole = count - places;
-    if (whole > 0) {
-        next = std::copy_n(digits, whole, next);
-    } else {
-        *next++ = '0';
-    }
-    if (places > 0) {
-        *next++ = '.';
-        if (whole < 0) next = std::fill_n(next, -whole, '0');
-        next = std::copy(digits + (whole > 0 ? whole : 0), digits + count, next);
-    }
-    *next = '\0';
-    handler->elementDecimalValue(handler, text, static_cast<int32_t>(next - text), DFDL_VALUE_DECIMAL);
+    char* const end = text + sizeof text - 1;
+    char* first = end;
+    const auto writeDigit = [&] {
+        *--first = static_cast<char>('0' + rest % 10);
+        rest /= 10;
+    };
+    *end = '\0';
+    for (int32_t place = 0; place < places; ++place) writeDigit();
+    if (places > 0) *--first = '.';
+    do writeDigit();
+    while (rest != 0);
+    if (word < 0) *--first = '-';
+    handler->elementDecimalValue(handler, first, static_cast<int32_t>(end - first), DFDL_VALUE_DECIMAL);
 }
 
 void givePlain(DocHandlerAdapter* adapter, const PlainElement* plan, int64_t word) {
