@@ -24,8 +24,14 @@ class RandomRecord {
             const int kind = below(12);
             if (kind == 0 && depth < 2) {
                 auto inner = group.complexElement("g");
-                if (below(2) == 0) inner.occurs(0, 2).occursImplicit();
+                const int occurs = below(4);
+                if (occurs == 0) inner.occurs(0, 2).occursImplicit();
+                if (occurs == 1) inner.occurs(3, 3).occursFixed();
+                if (occurs == 2) inner.occurs(0, -1).occursParsed();
+                const size_t start = data_.size();
                 fill(builder, inner, depth + 1);
+                const std::string once = data_.substr(start);
+                for (int more = occurs == 1 ? 2 : below(3); more > 0; --more) append(once);
             } else if (kind == 1) {
                 group.truth(name(), below(3), below(3)).bytes(1 + below(4));
                 append(std::string(static_cast<size_t>(below(2)), '\0') + "\1\0\1");

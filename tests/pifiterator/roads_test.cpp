@@ -23,7 +23,10 @@ class RandomMessage {
         for (int members = 1 + below(6); members > 0; --members) {
             if (depth < 3 && below(5) == 0) {
                 auto inner = below(2) == 0 ? group.sequence() : group.complexElement("g");
-                if (below(3) == 0) inner.occurs(0, 2).occursImplicit();
+                const int occurs = below(6);
+                if (occurs == 0) inner.occurs(0, 2).occursImplicit();
+                if (occurs == 1) inner.occurs(2, 2).occursFixed();
+                if (occurs == 2) inner.occurs(0, -1).occursParsed();
                 fill(inner, depth + 1);
             } else {
                 text(group);

@@ -20,9 +20,6 @@
 
 namespace {
 
-// Occurrences are counted in 32 bits; whoever has more takes the general road.
-constexpr int32_t MAX_PLAIN_OCCURRENCES = 1000000000;
-
 // The bytes at hand. `position` stands behind the last field that was taken, at its delimiter.
 struct Run {
     PIFIteratorForParser* iterator;

@@ -2,12 +2,16 @@
 #include <algorithm>
 
 #include "dfdl/buffer/buffermanager.h"
+#include "dfdl/pif/elementtable.h"
 #include "dfdl/pif/groupmembertable.h"
 #include "dfdl/pifiterator/pifiteratorforparser.h"
 #include "dfdl/pifiterator/plaintextrun.h"
 #include "dfdl/processor/dochandlereventbuffer.h"
 
 namespace {
+
+// Attempts that are left out after one that has been in vain.
+constexpr int32_t SPARED_RECORDS = 15;
 
 // The bytes at hand. The buffer is moved once, when the run ends.
 struct Run {
@@ -114,18 +118,83 @@ bool takeMember(Run* run, const RowPlan& plan) {
     return true;
 }
 
+// Takes members from the row on; the first that is left, null if there is none.
+const GroupMemberTableRow* takeMembers(Run* run, const GroupMemberTableRow* row) {
+    const RowPlan* plans = run->iterator->plans;
+    while (row != nullptr) {
+        const RowPlan& plan = plans[row->rowIndex];
+        if (plan.plainMember.content == PLAIN_NO_CONTENT || !takeMember(run, plan)) break;
+        row = row->nextSibling;
+    }
+    return row;
+}
+
+// Takes one record, or nothing: what has been taken before a member that needs the general road is undone.
+bool takeRecord(Run* run, const GroupMemberTableRow* row, const GroupMemberTableRow* firstMember) {
+    DocHandlerEventBuffer* events = run->iterator->eventBuffer;
+    const ElementTableRow* element = row->elementRow;
+    const Run start = *run;
+    DHCheckPoint* attempt = DocHandlerEventBuffer_getCheckPoint(events);
+    DocHandlerEventBuffer_startElement(events, element->element_id, element->name, element->namespaceId,
+                                       element->namespace_, row->scdText, run->bit);
+    const bool whole = takeMembers(run, firstMember) == nullptr;
+    if (whole) {
+        DocHandlerEventBuffer_endElement(events, run->bit);
+    } else {
+        DocHandlerEventBuffer_restoreToCheckPoint(events, attempt);
+        *run = start;
+    }
+    DocHandlerEventBuffer_releaseCheckPoint(events, attempt);
+    return whole;
+}
+
+// How many records have been taken.
+int32_t takeRecords(Run* run, ContextItemForParser* member) {
+    const GroupMemberTableRow* row = member->row;
+    int32_t taken = 0;
+    while (run->position < run->end && member->occurrences < MAX_PLAIN_OCCURRENCES &&
+           (row->effectiveMaxOccurs < 0 || member->occurrences < row->effectiveMaxOccurs)) {
+        const int64_t start = run->bit;
+        if (!takeRecord(run, row, member->plan->recordMembers)) {
+            member->plan->sparedRecords = SPARED_RECORDS;
+            break;
+        }
+        ContextItem_incrementOccurrences(member);
+        member->occurrenceStart = start;
+        ++taken;
+    }
+    return taken;
+}
+
+void runRecords(Run* run, ContextItemForParser* group, const GroupMemberTableRow* row) {
+    PIFIteratorForParser* iterator = run->iterator;
+    if (group->selectedChild == nullptr || group->selectedChild->row != row)
+        ContextItemForParser_setOrderedChild(group, PIFIteratorForParser_createContextItem(iterator, row));
+    ContextItemForParser* member = group->selectedChild;
+    if (takeRecords(run, member) == 0) return PlainTextRun_resumeAt(iterator, group, row, false);
+    // The general road asks anew whether the array goes on.
+    commit(*run);
+    member->emptyOccurrences = 0;
+    group->afterMember = run->bit;
+}
+
+// Records that are seldom plain are tried seldom.
+bool isWorthTrying(RowPlan* plan) {
+    if (plan->recordMembers == nullptr) return false;
+    if (plan->sparedRecords == 0) return true;
+    --plan->sparedRecords;
+    return false;
+}
+
 }  // namespace
 
 void PIFIteratorForParser_runPlainMembers(PIFIteratorForParser* this_, ContextItemForParser* group) {
     if (this_->hiddenDepth != 0 || this_->eventBuffer->adapter == nullptr) return;
     const GroupMemberTableRow* first = PIFIteratorForParser_nextCandidate(this_, group);
-    const GroupMemberTableRow* row = first;
     Run run = startRun(this_);
-    while (row != nullptr) {
-        const RowPlan& plan = this_->plans[row->rowIndex];
-        if (plan.plainMember.content == PLAIN_NO_CONTENT || !takeMember(&run, plan)) break;
-        row = row->nextSibling;
-    }
+    if (first != nullptr && isWorthTrying(&this_->plans[first->rowIndex]))
+        return runRecords(&run, group, first);
+    const GroupMemberTableRow* row = takeMembers(&run, first);
     if (row != first) commit(run);
     PlainTextRun_resumeAt(this_, group, row, row != first);
 }

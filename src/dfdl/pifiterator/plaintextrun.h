@@ -14,6 +14,9 @@ struct RowPlan;
 
 // What the short roads share.
 
+// Occurrences are counted in 32 bits; whoever has more takes the general road.
+inline constexpr int32_t MAX_PLAIN_OCCURRENCES = 1000000000;
+
 // Where an element lies, in bits of the document.
 struct BitRange {
     int64_t start;

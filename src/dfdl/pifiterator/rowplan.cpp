@@ -195,6 +195,8 @@ RowPlan* new_RowPlans(DFDLHeapAdapter* heap, const sPIF* pif, int32_t* count) {
     const Array* rows = pif->groupMemberTable->rows;
     auto* plans = DFDLHeapAdapter_newArray<RowPlan>(heap, static_cast<size_t>(rows->count) + 1);
     for (int32_t i = 0; i < rows->count; ++i) plans[i] = planRow(*Array_row<GroupMemberTableRow>(rows, i));
+    for (int32_t i = 0; i < rows->count; ++i)
+        RowPlan_planRecord(&plans[i], *Array_row<GroupMemberTableRow>(rows, i), plans);
     *count = rows->count;
     return plans;
 }

@@ -68,10 +68,15 @@ struct RowPlan {
     UnorderedMembers* spareMembers;  // of closed unordered groups
     PlainMember plainMember;
     PlainElement plainElement;  // of a plain member or field
+    // Of a complex element that is a sequence of plain members and nothing else: the first of them.
+    const GroupMemberTableRow* recordMembers;
+    int32_t sparedRecords;  // how many are not to be tried on the short road
 };
 
 // Says what the short roads may take of the member, from what else is planned of it.
 void RowPlan_planShortRoads(RowPlan* this_, const GroupMemberTableRow& row);
+// The same of a complex element, once all members are planned.
+void RowPlan_planRecord(RowPlan* this_, const GroupMemberTableRow& row, const RowPlan* plans);
 
 RowPlan* new_RowPlans(DFDLHeapAdapter* heap, const sPIF* pif, int32_t* count);  // one per group member row
 void delete_RowPlans(DFDLHeapAdapter* heap, RowPlan* plans, int32_t count);     // null is ignored

@@ -2,6 +2,7 @@
 #include "dfdl/foundation/dfdlustring.h"
 #include "dfdl/pif/elementtable.h"
 #include "dfdl/pif/groupmembertable.h"
+#include "dfdl/pif/grouptable.h"
 #include "dfdl/pif/lengthschemetable.h"
 #include "dfdl/pif/nilschemetable.h"
 #include "dfdl/pif/occursschemetable.h"
@@ -11,16 +12,20 @@
 
 namespace {
 
-// An element without any frame: its content is all there is of it.
-bool isUnframed(const RowPlan& plan, const GroupMemberTableRow& row) {
+// Without any frame: the content is all there is of it.
+bool isUnframed(const RowPlan& plan, const GroupMemberTableRow& row, int32_t kind) {
     constexpr uint32_t FRAME = GM_LEADING_ALIGNMENT | GM_TRAILING_ALIGNMENT | GM_INITIATOR | GM_TERMINATOR;
-    return plan.unsupported == nullptr && plan.kind == ITEM_SIMPLE_ELEMENT && (row.flags & FRAME) == 0;
+    return plan.unsupported == nullptr && plan.kind == kind && (row.flags & FRAME) == 0;
+}
+
+bool occursOnce(const GroupMemberTableRow& row) {
+    return row.effectiveMinOccurs == 1 && row.effectiveMaxOccurs == 1;
 }
 
 // A text whose decoded characters are the value but for padding of one unit.
 bool isUnframedText(const RowPlan& plan, const GroupMemberTableRow& row) {
-    return isUnframed(plan, row) && row.iPhysicalType == TEXT_STRING && plan.trim != TRIM_BYTE &&
-           plan.padCharacter[1] == 0;
+    return isUnframed(plan, row, ITEM_SIMPLE_ELEMENT) && row.iPhysicalType == TEXT_STRING &&
+           plan.trim != TRIM_BYTE && plan.padCharacter[1] == 0;
 }
 
 bool isConstant(const RowPlan& plan) { return plan.lengthKind == EXPLICIT || plan.lengthKind == IMPLICIT; }
@@ -56,8 +61,8 @@ PlainContent plainContent(const RowPlan& plan, const GroupMemberTableRow& row) {
 }
 
 void planMember(RowPlan* plan, const GroupMemberTableRow& row) {
-    const bool once = row.effectiveMinOccurs == 1 && row.effectiveMaxOccurs == 1;
-    if (!once || !isUnframed(*plan, row) || plan->nilKind != NK_NONE || (row.flags & GM_ESCAPE_SCHEME) != 0)
+    if (!occursOnce(row) || !isUnframed(*plan, row, ITEM_SIMPLE_ELEMENT) || plan->nilKind != NK_NONE ||
+        (row.flags & GM_ESCAPE_SCHEME) != 0)
         return;
     PlainMember* member = &plan->plainMember;
     if (isCountedBytes(*plan)) member->number = PlainNumber_of(&row, plan->length);
@@ -72,6 +77,21 @@ bool isNilIfEmpty(const RowPlan& plan, const GroupMemberTableRow& row) {
     const DFDLUString* literals = StringLiteralTable_getStringLiteralForRowIndex(
         row.pif->stringLiteralTable, row.nilRow->iNilLiteralIndex);
     return literals != nullptr && DFDLUString_view(literals) == u"%ES;";
+}
+
+bool imposesLength(const RowPlan& plan) {
+    return plan.lengthKind == EXPLICIT || plan.lengthKind == PREFIXED || plan.lengthKind == PATTERN;
+}
+
+// A sequence that is nothing but its members.
+bool isBareSequence(const RowPlan& plan, const GroupMemberTableRow& row) {
+    return isUnframed(plan, row, ITEM_SEQUENCE) && occursOnce(row) && row.nextSibling == nullptr &&
+           (row.flags & GM_HIDDEN) == 0 && plan.separatorPosition == POSITION_NONE && !imposesLength(plan);
+}
+
+// Opaque bytes of held events would have to be copied.
+bool canBeHeld(const RowPlan& plan) {
+    return plan.plainMember.content == PLAIN_TEXT || plan.plainMember.content == PLAIN_WORD;
 }
 
 PlainFieldKind plainFieldKind(const RowPlan& plan, const GroupMemberTableRow& row) {
@@ -106,4 +126,16 @@ void RowPlan_planShortRoads(RowPlan* this_, const GroupMemberTableRow& row) {
                             : EMPTY_IS_GENERAL;
     if (this_->plainMember.content != PLAIN_NO_CONTENT || this_->isPlainField != PLAIN_NONE)
         this_->plainElement = plainElement(row, this_->plainMember.number);
+}
+
+void RowPlan_planRecord(RowPlan* this_, const GroupMemberTableRow& row, const RowPlan* plans) {
+    const bool bare =
+        isUnframed(*this_, row, ITEM_COMPLEX_ELEMENT) && this_->nilKind == NK_NONE && !imposesLength(*this_);
+    const GroupMemberTableRow* model = bare ? row.elementRow->contentGroup->firstMember : nullptr;
+    if (model == nullptr || model->groupRow == nullptr || !isBareSequence(plans[model->rowIndex], *model))
+        return;
+    const GroupMemberTableRow* first = model->groupRow->firstMember;
+    const GroupMemberTableRow* member = first;
+    while (member != nullptr && canBeHeld(plans[member->rowIndex])) member = member->nextSibling;
+    if (member == nullptr) this_->recordMembers = first;
 }
