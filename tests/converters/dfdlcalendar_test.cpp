@@ -2,6 +2,11 @@
 
 #include <gtest/gtest.h>
 
+#include <cmath>
+#include <random>
+#include <string>
+#include <vector>
+
 #include "dfdl/converters/calendarconverter.h"
 #include "dfdl/foundation/dfdlustring.h"
 #include "dfdl/foundation/guard.h"
@@ -143,6 +148,68 @@ TEST_F(Calendars, recordsSurviveTheWayThroughICU) {
     EXPECT_EQ(back->second, 59);
     EXPECT_EQ(back->microSecond, 7000) << "ICU counts milliseconds";
     EXPECT_EQ(back->timeZoneOffset, -600);
+}
+
+// What ICU makes of so many milliseconds in a calendar of the epoch.
+OwnedRecord countedByICU(DFDLHeapAdapter* heap, UCalendar* epoch, double milliseconds) {
+    UErrorCode status = U_ZERO_ERROR;
+    const OwnedUCalendar calendar(ucal_clone(epoch, &status));
+    ucal_setMillis(calendar.get(), ucal_getMillis(epoch, &status) + milliseconds, &status);
+    EXPECT_TRUE(U_SUCCESS(status));
+    return OwnedRecord(new_DFDLCalendarImplFromUCalendar(heap, calendar.get()));
+}
+
+std::string shown(const OwnedRecord& record) {
+    std::string text;
+    for (const int32_t field : {record->year, record->month, record->day, record->hour, record->minute,
+                                record->second, record->microSecond, record->timeZoneOffset}) {
+        text += std::to_string(field) + ' ';
+    }
+    return text + std::to_string(record->hasDate + 2 * record->hasTime + 4 * record->hasMicroSec +
+                                 8 * record->hasTimeZone);
+}
+
+// The edges of days, months and years, of the Gregorian calendar, of what ICU counts, and of words.
+std::vector<double> moments() {
+    constexpr double DAY = 86400000;
+    std::vector<double> all = {9223372036854775807.0, -9223372036854775808.0, 1e18, -1e18};
+    const auto around = [&all](double moment) {
+        for (const double near : {-60000.0, -1.0, 0.0, 1.0, 60000.0}) all.push_back(moment + near);
+    };
+    for (const double edge : {0.0, -141427 * DAY, -719162 * DAY, -719164 * DAY, 183882168921600000.0,
+                              -184303902528000000.0, 9007199254740992.0}) {
+        around(edge);
+    }
+    for (int day = -400; day < 1200; ++day) around(day * DAY);
+    for (int year = -4000; year < 4000; year += 7) around(std::floor(year * 365.2425) * DAY);
+    std::mt19937_64 random(63);
+    for (int i = 0; i < 4000; ++i) {
+        const auto word = static_cast<int64_t>(random()) >> random() % 40;
+        all.push_back(static_cast<double>(word));
+    }
+    return all;
+}
+
+TEST_F(Calendars, countedMillisecondsAreThoseOfICU) {
+    const std::vector<double> all = moments();
+    UErrorCode status = U_ZERO_ERROR;
+    UChar zone[64];  // of the process, which must not show
+    ucal_getDefaultTimeZone(zone, 64, &status);
+    const ScopeExit restore([&] { ucal_setDefaultTimeZone(zone, &status); });
+    ucal_setDefaultTimeZone(u"America/New_York", &status);
+    for (const std::u16string_view chars :
+         {u"1970-01-01T00:00:00", u"2000-02-29T12:34:56.789Z", u"1582-10-15T00:00:00-13:45",
+          u"1400-03-01T23:59:59+05:30", u"-0044-03-15T12:00:00+00:01"}) {
+        const OwnedText source = text(chars);
+        const OwnedUCalendar icu(DATE_TIME(source.get(), constants.get()));
+        CalendarEpoch epoch{};
+        ASSERT_TRUE(CalendarConverter_readEpoch(source.get(), constants.get(), &epoch));
+        for (const double moment : all) {
+            const OwnedRecord record(CalendarConverter_createCalendarFromMillis(test.adapter, epoch, moment));
+            ASSERT_EQ(shown(record), shown(countedByICU(test.adapter, icu.get(), moment)))
+                << std::string(chars.begin(), chars.end()) << " and " << moment;
+        }
+    }
 }
 
 TEST_F(Calendars, clonesCopyWhatIsPresent) {

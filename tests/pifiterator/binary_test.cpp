@@ -72,9 +72,12 @@ const Case CASES[] = {
      [](GrammarBuilder&, GrammarHandle r) {
          r.seconds("unix", "DATETIME", "1970-01-01T00:00:00");
          r.seconds("own", "DATETIME", "2000-01-01T12:00:00");
+         r.seconds("other", "DATETIME", "1582-10-14T23:59:59-01:00");
+         r.seconds("again", "DATETIME", "2000-01-01T12:00:00");
      },
-     "\x7F\xFF\xFF\xFF\0\0\0\1"s,
-     {"unix=2038-01-19T03:14:07+00:00", "own=2000-01-01T12:00:01+00:00"}},
+     "\x7F\xFF\xFF\xFF\0\0\0\1\xFF\xFF\xFF\xFF\0\0\0\2"s,
+     {"unix=2038-01-19T03:14:07+00:00", "own=2000-01-01T12:00:01+00:00", "other=1582-10-24T23:59:58-01:00",
+      "again=2000-01-01T12:00:02+00:00"}},
     {"opaque bytes do not end at a delimiter",
      [](GrammarBuilder&, GrammarHandle r) {
          auto group = r.sequence().separator(",");

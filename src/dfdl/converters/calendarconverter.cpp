@@ -102,18 +102,6 @@ UCalendar* CalendarConverter_createCalendarFromSchemaLexicalDateTime(const DFDLU
     return parse(DATE_TIME, text, nullptr, constants, false);
 }
 
-UCalendar* CalendarConverter_createCalendarFromMillis(const UCalendar* epoch, DFDLConstants* /*constants*/,
-                                                      double milliseconds) {
-    UErrorCode status = U_ZERO_ERROR;
-    OwnedCalendar calendar(epoch == nullptr
-                               ? ucal_open(DFDLConstants::GMT, -1, nullptr, UCAL_GREGORIAN, &status)
-                               : ucal_clone(epoch, &status));
-    if (U_FAILURE(status)) return nullptr;
-    const double start = epoch == nullptr ? 0 : ucal_getMillis(calendar.get(), &status);
-    ucal_setMillis(calendar.get(), start + milliseconds, &status);
-    return U_SUCCESS(status) ? calendar.release() : nullptr;
-}
-
 bool CalendarConverter_hasTimezone(const DFDLUString* text) {
     const std::u16string_view chars = DFDLUString_view(text);
     if (chars.ends_with(u'Z')) return true;

@@ -3,11 +3,13 @@
 
 #include <unicode/ucal.h>
 
+#include "dfdl/converters/calendarepoch.h"
 #include "dfdl/foundation/dfdlconstants.h"
 
+struct DFDLCalendarImpl;
 struct DFDLUString;
 
-// Turns texts into ICU calendars, which are the caller's to close. All answer null for a text that is not
+// Turns texts and counts into calendars. ICU's are the caller's to close; null stands for a text that is not
 // read whole.
 //
 // Text in the schema's own form. A text without a zone is taken in `zone`, or GMT where that is null. Fields
@@ -31,10 +33,12 @@ UCalendar* CalendarConverter_createCalendarFromSchemaLexicalTime(const DFDLUStri
                                                                  DFDLConstants* constants);
 UCalendar* CalendarConverter_createCalendarFromSchemaLexicalDateTime(const DFDLUString* text,
                                                                      DFDLConstants* constants);
-// So many milliseconds after the epoch, or after the start of 1970 in GMT where that is null. The epoch
-// stays. Null if ICU refuses.
-UCalendar* CalendarConverter_createCalendarFromMillis(const UCalendar* epoch, DFDLConstants* constants,
-                                                      double milliseconds);
+// A date and time in the schema's own form, in GMT where it names no zone. False if it is none.
+bool CalendarConverter_readEpoch(const DFDLUString* text, DFDLConstants* constants, CalendarEpoch* epoch);
+// So many milliseconds after the epoch, with date, time, fraction and zone. Days before 1582-10-15 are those
+// of the Julian calendar, as ICU has them.
+DFDLCalendarImpl* CalendarConverter_createCalendarFromMillis(DFDLHeapAdapter* heap,
+                                                             const CalendarEpoch& epoch, double milliseconds);
 
 // The text ends in "Z" or in an offset of the form "+hh:mm".
 bool CalendarConverter_hasTimezone(const DFDLUString* text);

@@ -3,6 +3,7 @@
 
 #include <cstdint>
 
+#include "dfdl/converters/calendarepoch.h"
 #include "dfdl/foundation/dfdlheapadapter.h"
 #include "dfdl/pif/pifenums.h"
 
@@ -39,6 +40,9 @@ struct ParserRegionHandler {
     PIFIteratorForParser* pifIterator;
     TraceHandlerAdapter* trace;
     DFDLDecimal* scratchDecimal;  // of the conversion at hand
+    // The epoch that was read last and its text, which is the grammar's; null before.
+    const DFDLUString* epochText;
+    CalendarEpoch epoch;
 };
 
 ParserRegionHandler* new_ParserRegionHandler(DFDLHeapAdapter* heap, DFDLConstants* constants,

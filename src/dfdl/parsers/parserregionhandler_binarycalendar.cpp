@@ -17,8 +17,6 @@
 
 namespace {
 
-using OwnedCalendar = Owned<UCalendar, ucal_close>;
-
 // One way of counting.
 struct Count {
     int64_t bytes;
@@ -49,31 +47,19 @@ void raiseBadEpoch(ParserRegionHandler* handler, const GroupMemberTableRow* row,
                               epoch, GroupMemberTableRow_getElementName(row));
 }
 
-// Of a count there is no text, and it has no pattern.
-void raiseNoCalendar(ParserRegionHandler* handler, const GroupMemberTableRow* row, const DFDLUString* epoch) {
-    ProcessingError_setValues(handler->context->currentError, __FILE__, __LINE__,
-                              DFDLParser_calendarParsingException, ERROR_PROCESSING, SUBKIND_NONE,
-                              "%Z%s%d%s%Z", GroupMemberTableRow_getElementName(row), "", 0, "", epoch);
-}
-
-// Null with an error.
-OwnedCalendar calendarAt(ParserRegionHandler* handler, const GroupMemberTableRow* row,
-                         const DFDLUString* epochText, double milliseconds) {
-    OwnedCalendar epoch;
-    if (!isUnixEpoch(epochText)) {
-        if (epochText != nullptr) {
-            epoch.reset(
-                CalendarConverter_createCalendarFromSchemaLexicalDateTime(epochText, handler->constants));
-        }
-        if (epoch == nullptr) {
-            raiseBadEpoch(handler, row, epochText);
-            return nullptr;
-        }
+// Rows of a grammar have few epochs, and text takes a thousand times as long to read as a number. Null with
+// an error.
+const CalendarEpoch* findEpoch(ParserRegionHandler* handler, const GroupMemberTableRow* row,
+                               const DFDLUString* text) {
+    if (isUnixEpoch(text)) return &CALENDAR_UNIX_EPOCH;
+    if (text != nullptr && text == handler->epochText) return &handler->epoch;
+    if (text != nullptr && CalendarConverter_readEpoch(text, handler->constants, &handler->epoch)) {
+        handler->epochText = text;
+        return &handler->epoch;
     }
-    OwnedCalendar calendar(
-        CalendarConverter_createCalendarFromMillis(epoch.get(), handler->constants, milliseconds));
-    if (calendar == nullptr) raiseNoCalendar(handler, row, epochText);
-    return calendar;
+    handler->epochText = nullptr;
+    raiseBadEpoch(handler, row, text);
+    return nullptr;
 }
 
 DFDLValue* wrap(ParserRegionHandler* handler, DFDLSimpleTypeEnum type, DFDLCalendarImpl* calendar) {
@@ -109,14 +95,11 @@ DFDLValue* convert(ParserRegionHandler* handler, const GroupMemberTableRow* row,
         ParserRegionHandler_raise(handler, row, counted->wrongLength);
         return nullptr;
     }
-    const DFDLUString* epoch = rep->iBinaryCalendarEpoch;
-    const OwnedCalendar calendar =
-        calendarAt(handler, row, epoch, counted->milliseconds * readCount(bytes, count, order));
-    if (calendar == nullptr) return nullptr;
-    DFDLCalendarImpl* record = new_DFDLCalendarImplFromUCalendar(handler->heap, calendar.get());
-    if (record != nullptr) return wrap(handler, row->simpleTypeKind, record);
-    raiseNoCalendar(handler, row, epoch);
-    return nullptr;
+    const CalendarEpoch* epoch = findEpoch(handler, row, rep->iBinaryCalendarEpoch);
+    if (epoch == nullptr) return nullptr;
+    const double milliseconds = counted->milliseconds * readCount(bytes, count, order);
+    return wrap(handler, row->simpleTypeKind,
+                CalendarConverter_createCalendarFromMillis(handler->heap, *epoch, milliseconds));
 }
 
 }  // namespace
