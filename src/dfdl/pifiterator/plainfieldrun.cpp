@@ -121,13 +121,14 @@ bool deliverEmpty(const Run* run, const RowPlan& plan, EmptyField empty, int64_t
 
 bool deliver(Run* run, const RowPlan& plan, const uint8_t* bytes, int64_t length, int64_t startBit) {
     DFDLCharset* charset = charsetOf(run, plan);
-    return charset != nullptr && PlainTextRun_deliver(run->iterator, plan, charset, bytes, length,
-                                                      {startBit, startBit + 8 * length});
+    return charset != nullptr &&
+           PlainTextRun_deliver(run->iterator, plan, charset, {bytes, length, run->end - bytes},
+                                {startBit, startBit + 8 * length});
 }
 
 #if defined(__SSE2__)
 
-// Most fields are shorter than a block: their end is found, and their text is decoded, in one look at it. The
+// Most fields are shorter than a block: their end is found in one look at it. The
 // delimiter that ends the field; null, with nothing done, if the field is not of this kind.
 Delimiter takeShortField(Run* run, const RowPlan& plan, const CompiledMarkupSet* set, const uint8_t* start,
                          int64_t startBit, int64_t* length) {
@@ -145,16 +146,8 @@ Delimiter takeShortField(Run* run, const RowPlan& plan, const CompiledMarkupSet*
     bool plain = false;
     if (delimiter.literal == nullptr) delimiter = delimiterAt(set, start + end, run->end, &plain);
     if (delimiter.literal == nullptr) return UNKNOWN;
-    const auto notASCII = static_cast<uint32_t>(_mm_movemask_epi8(block)) & ((1U << end) - 1);
-    const DFDLCharset* charset = charsetOf(run, plan);
-    if (notASCII != 0 || charset == nullptr || charset->road != ROAD_ASCII) return UNKNOWN;
-    UChar* target = PlainTextRun_target(run->iterator, end);
-    const __m128i zero = _mm_setzero_si128();
-    _mm_storeu_si128(reinterpret_cast<__m128i*>(target), _mm_unpacklo_epi8(block, zero));
-    _mm_storeu_si128(reinterpret_cast<__m128i*>(target + 8), _mm_unpackhi_epi8(block, zero));
-    PlainTextRun_deliverDecoded(run->iterator, plan, target, end, {startBit, startBit + 8 * end});
     *length = end;
-    return delimiter;
+    return deliver(run, plan, start, end, startBit) ? delimiter : UNKNOWN;
 }
 
 #else

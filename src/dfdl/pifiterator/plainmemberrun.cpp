@@ -73,7 +73,8 @@ bool findField(const Run& run, const RowPlan& plan, Field* field) {
 bool deliverText(Run* run, const RowPlan& plan, const Field& field) {
     DFDLCharset* charset = PlainTextRun_useEncoding(run->iterator->bufferManager, plan);
     if (charset == nullptr ||
-        !PlainTextRun_deliver(run->iterator, plan, charset, field.bytes, field.length, field.place)) {
+        !PlainTextRun_deliver(run->iterator, plan, charset,
+                              {field.bytes, field.length, run->end - field.bytes}, field.place)) {
         return false;
     }
     run->characters += field.length;

@@ -1,6 +1,11 @@
 #include "dfdl/pifiterator/plaintextrun.h"
 
+#if defined(__SSE2__)
+#include <emmintrin.h>
+#endif
+
 #include <algorithm>
+#include <bit>
 
 #include "dfdl/buffer/buffermanager.h"
 #include "dfdl/converters/dfdlcharset.h"
@@ -32,6 +37,41 @@ Text trim(const RowPlan& plan, UChar* chars, int32_t length) {
     return {start, static_cast<int32_t>(end - start)};
 }
 
+#if defined(__SSE2__)
+
+// Most texts are shorter than a block: they are decoded, and their padding is found, in one look at it. False
+// if the text is not of this kind.
+bool decodeBlock(const RowPlan& plan, const DFDLCharset* charset, const PlainBytes& bytes, UChar* target,
+                 Text* text) {
+    constexpr UChar ASCII = 0x80;
+    if (bytes.count > PLAIN_BLOCK || bytes.loaded < PLAIN_BLOCK || charset->road != ROAD_ASCII) return false;
+    const __m128i block = _mm_loadu_si128(reinterpret_cast<const __m128i*>(bytes.start));
+    const uint32_t own = (1U << bytes.count) - 1;
+    const UChar pad = plan.padCharacter[0];
+    const bool trims = plan.trim == TRIM_CHARACTER;
+    if ((static_cast<uint32_t>(_mm_movemask_epi8(block)) & own) != 0 || (trims && pad >= ASCII)) return false;
+    auto first = 0;
+    auto last = static_cast<int32_t>(bytes.count);
+    if (trims) {
+        const __m128i pads = _mm_cmpeq_epi8(block, _mm_set1_epi8(static_cast<char>(pad)));
+        const uint32_t kept = ~static_cast<uint32_t>(_mm_movemask_epi8(pads)) & own;
+        if (plan.trimLeading != 0) first = kept == 0 ? last : std::countr_zero(kept);
+        if (plan.trimTrailing != 0) last = kept == 0 ? first : 32 - std::countl_zero(kept);
+    }
+    const __m128i zero = _mm_setzero_si128();
+    _mm_storeu_si128(reinterpret_cast<__m128i*>(target), _mm_unpacklo_epi8(block, zero));
+    _mm_storeu_si128(reinterpret_cast<__m128i*>(target + 8), _mm_unpackhi_epi8(block, zero));
+    target[last] = 0;
+    *text = {target + first, last - first};
+    return true;
+}
+
+#else
+
+bool decodeBlock(const RowPlan&, const DFDLCharset*, const PlainBytes&, UChar*, Text*) { return false; }
+
+#endif
+
 // A byte order mark may stand here.
 bool mayHaveMark(const BufferManager* buffer, DFDLCharset* charset) {
     return buffer->bomChecked == 0 && DFDLCharset_canHaveBOM(charset);
@@ -54,19 +94,17 @@ UChar* PlainTextRun_target(PIFIteratorForParser* iterator, int64_t units) {
                : iterator->plainText;
 }
 
-void PlainTextRun_deliverDecoded(PIFIteratorForParser* iterator, const RowPlan& plan, UChar* target,
-                                 int64_t length, BitRange place) {
-    const Text text = trim(plan, target, static_cast<int32_t>(length));
+bool PlainTextRun_deliver(PIFIteratorForParser* iterator, const RowPlan& plan, DFDLCharset* charset,
+                          const PlainBytes& bytes, BitRange place) {
+    if (bytes.count > MOST_PLAIN_TEXT) return false;
+    UChar* target = PlainTextRun_target(iterator, bytes.count);
+    Text text{};
+    if (!decodeBlock(plan, charset, bytes, target, &text)) {
+        if (!DFDLCharset_decodeDirectly(charset, bytes.start, bytes.count, target)) return false;
+        text = trim(plan, target, static_cast<int32_t>(bytes.count));
+    }
     DocHandlerEventBuffer_plainText(iterator->eventBuffer, &plan.plainElement, text.chars, text.length,
                                     place.start, place.end);
-}
-
-bool PlainTextRun_deliver(PIFIteratorForParser* iterator, const RowPlan& plan, DFDLCharset* charset,
-                          const uint8_t* bytes, int64_t length, BitRange place) {
-    if (length > MOST_PLAIN_TEXT) return false;
-    UChar* target = PlainTextRun_target(iterator, length);
-    if (!DFDLCharset_decodeDirectly(charset, bytes, length, target)) return false;
-    PlainTextRun_deliverDecoded(iterator, plan, target, length, place);
     return true;
 }
 
