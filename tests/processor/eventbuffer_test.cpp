@@ -382,9 +382,10 @@ template <int64_t Number, auto Create>
 DFDLValue* make(DFDLHeapAdapter* heap) {
     return Create(heap, Number);
 }
-template <uint32_t ModelType>
+template <uint32_t ModelType, int32_t Exponent = 0>
 DFDLValue* makeDecimal(DFDLHeapAdapter* heap) {
     DFDLDecimal* number = new_DFDLDecimalFromChar(heap, nullptr, "36893488147419103232", 20);
+    if (Exponent != 0) DFDLDecimal_setDecimalAt(number, -Exponent);
     DFDLValue* value = DecimalDV_createDFDLValue(heap, number);
     DecimalDV_setModelSchemaType(value, ModelType);
     return value;
@@ -426,6 +427,11 @@ const ValueCase VALUES[] = {
     {makeDecimal<SIMPLE_NON_NEGATIVE_INTEGER>, "d36893488147419103232/3 ", nullptr},
     {makeDecimal<SIMPLE_UNSIGNED_LONG>, "d36893488147419103232/5 ", nullptr},
     {makeDecimal<SIMPLE_BYTE>, "d36893488147419103232/1 ", nullptr},
+    {makeDecimal<SIMPLE_DECIMAL, 2>, "d3.6893488147419103232E+21/1 ", nullptr},
+    {makeDecimal<SIMPLE_INTEGER, 2>, "d3689348814741910323200/2 ", nullptr},
+    {makeDecimal<SIMPLE_INTEGER, -2>, "d368934881474191032.32/2 ", nullptr},
+    {makeDecimal<SIMPLE_NON_NEGATIVE_INTEGER, 1>, "d368934881474191032320/3 ", nullptr},
+    {makeDecimal<SIMPLE_INTEGER, 99999999>, "d3.6893488147419103232E+100000018/2 ", nullptr},
     {DFDLValue_createValue, "", nullptr},
 };
 

@@ -13,6 +13,9 @@ namespace {
 
 constexpr size_t DIGITS_CAPACITY = 21;  // the longest 64-bit number with sign or without, and a terminator
 constexpr int32_t MOST_PLACES = 6;      // behind the point, before a decimal is written with an exponent
+// Of an integer. A few characters of a field can be an exponent of many millions, whose zeros would fill the
+// memory.
+constexpr int32_t MOST_ZEROS = 65536;
 
 template <class Handler, class... Arguments, class... Values>
 void call(Handler* handler, void (*slot)(Handler*, Arguments...), Values... values) {
@@ -38,12 +41,22 @@ uint32_t decimalTypeOf(const DFDLValue* value) {
     }
 }
 
+// Integers have no exponent where they are read again as integers.
+bool hasZerosForExponent(const DFDLDecimal* number, uint32_t type) {
+    const int32_t exponent = number->number.exponent;
+    return type != DFDL_VALUE_DECIMAL && exponent > 0 && exponent <= MOST_ZEROS;
+}
+
 void giveDecimal(DocHandlerAdapter* adapter, const DFDLValue* value) {
     DFDLDocHandlerImpl* handler = adapter->docHandler;
     if (handler->elementDecimalValue == nullptr) return;
+    const uint32_t type = decimalTypeOf(value);
+    const DFDLDecimal* number = value->u.decimal.number;
+    const auto write =
+        hasZerosForExponent(number, type) ? DFDLDecimal_getDecimalWithoutExponent : DFDLDecimal_getDecimal;
     int32_t length = 0;
-    char* digits = DFDLDecimal_getDecimal(value->u.decimal.number, &length, adapter->messageHeap);
-    handler->elementDecimalValue(handler, digits, length, decimalTypeOf(value));
+    char* digits = write(number, &length, adapter->messageHeap);
+    handler->elementDecimalValue(handler, digits, length, type);
     DFDLBufferFactory_FreeBuffer(adapter->messageHeap->bufferFactory, reinterpret_cast<uint8_t*>(digits));
 }
 
