@@ -7,7 +7,7 @@ hexadecimal, "=", the number or the error. A simple type of 8 is read as a decim
 draw is seeded: the same program writes the same lines.
 """
 import random
-from decimal import Decimal, getcontext
+from decimal import Context, Decimal, getcontext
 
 random.seed(61)
 getcontext().prec = 60
@@ -145,6 +145,70 @@ def digits_of_all_lengths():
     line("bcd", "big", b"", 0)
 
 
+WORK = Context(prec=34)
+
+
+def join(number, scale, more):
+    return WORK.add(WORK.multiply(number, Decimal(scale)), Decimal(more))
+
+
+def joined(digits):
+    """Pairs of digits in words of nine pairs."""
+    number = Decimal(0)
+    for at in range(0, len(digits), 18):
+        number = join(number, 10 ** len(digits[at:at + 18]), digits[at:at + 18])
+    return number
+
+
+def joined_bytes(field, order, signed):
+    data = in_order(order, field)
+    negative = signed and data[0] >= 0x80
+    number = Decimal(0)
+    for byte in data:
+        number = join(number, 256, byte ^ 0xFF if negative else byte)
+    return WORK.minus(join(number, 1, 1)) if negative else number
+
+
+def many_digits():
+    """More than 34, which are rounded on the way."""
+    for order in "big", "little":
+        for length in 18, 19, 20, 27, 28, 40, 45:
+            for _ in range(4):
+                digits = "".join(random.choice("0123456789") for _ in range(2 * length))
+                if random.random() < 0.5:  # a tie where the digits end, for the last of them to break
+                    zeros = random.randrange(2, 2 * length - 36) if length > 19 else 0
+                    digits = "0" * zeros + "7" * 34 + "50" + "0" * (2 * length - 37 - zeros) + "1"
+                    digits = digits[:2 * length]
+                line("bcd", order, in_order(order, bytes.fromhex(digits)), joined(digits))
+                line("zov4690", order, in_order(order, bytes.fromhex("F" + digits[1:])), joined("0" + digits[1:]))
+                line("zov4690", order, in_order(order, bytes.fromhex("D" + digits[1:])),
+                     -joined("0" + digits[1:]))
+                number = join(joined(digits[:-2]), 10, digits[-2])
+                line("packed", order, in_order(order, bytes.fromhex(digits[:-1] + "D")), -number)
+        digits = "00" + "7" * 33 + "650"  # a tie that the digit beside the sign comes too late for
+        line("packed", order, in_order(order, bytes.fromhex(digits + "1C")), join(joined(digits), 10, 1))
+        for length in 14, 15, 16, 17, 20, 33, 60:
+            for _ in range(4):
+                field = bytes([random.choice([0x12, 0x85, 0xFF])]) + random.randbytes(length - 2) + b"\x81"
+                line("binary", order, field, joined_bytes(field, order, True), simple_type=INTEGER)
+                line("binary", order, field, joined_bytes(field, order, False), simple_type=NON_NEGATIVE)
+
+
+def long_decimals():
+    """Of 9 to 17 bytes in two's complement: rounded, without zero bytes of most weight or, big-endian, as many
+    of the last bytes. The point says how the digits that are left are meant."""
+    for order in "big", "little":
+        for length in 8, 9, 13, 15, 17:
+            for zeros in 0, 1, 5:
+                for point in 0, 3:
+                    field = in_order(order, bytes(zeros) + b"\x93" + random.randbytes(length - zeros - 1))
+                    read = field[:length - zeros] if length > 8 else field
+                    for name, signed in ("signed", True), ("unsigned", False):
+                        sign, digits, exponent = joined_bytes(read, order, signed).as_tuple()
+                        number = Decimal((sign, digits, -point if point else exponent))
+                        line(name, order, field, number, point=point, simple_type=DECIMAL)
+
+
 def decimals():
     for order in "big", "little":
         for point in 0, 2, -3, 40:
@@ -172,3 +236,5 @@ signs_4690()
 bad_digits()
 digits_of_all_lengths()
 decimals()
+many_digits()
+long_decimals()

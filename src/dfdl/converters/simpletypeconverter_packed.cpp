@@ -24,6 +24,7 @@ class WordTotal {
     explicit WordTotal(DFDLDecimal* target) : target_(target) {}
 
     void append(uint64_t digits, uint64_t scale) { word_ = word_ * scale + digits; }
+    void join() {}
     bool isZero() const { return word_ == 0; }
     void store() { DFDLDecimal_setUnsignedQValue(target_, word_); }
 
@@ -32,7 +33,7 @@ class WordTotal {
     uint64_t word_ = 0;
 };
 
-// Any number of digits: words of up to 19 of them, joined in the target.
+// Any number of digits: words of nine bytes, joined in the target, which rounds where there are too many.
 class DecimalTotal {
   public:
     explicit DecimalTotal(DFDLDecimal* target) : target_(target) { DFDLDecimal_clear(target); }
@@ -40,18 +41,14 @@ class DecimalTotal {
     void append(uint64_t digits, uint64_t scale) {
         word_ = word_ * scale + digits;
         scale_ *= scale;
-        if (scale_ >= FULL) flush();
+        if (scale_ == FULL) join();
     }
     bool isZero() {
-        flush();
+        join();
         return dfdl_decNumberIsZero(&target_->number);
     }
-    void store() { flush(); }
-
-  private:
-    static constexpr uint64_t FULL = 1'000'000'000'000'000'000;  // two digits more than this would overflow
-
-    void flush() {
+    void store() { join(); }
+    void join() {
         if (scale_ == 1) return;
         if (part_ == nullptr) part_.reset(new_DFDLDecimal(target_->heap, target_->constants));
         DFDLDecimal_setUnsignedQValue(part_.get(), scale_);
@@ -61,6 +58,9 @@ class DecimalTotal {
         word_ = 0;
         scale_ = 1;
     }
+
+  private:
+    static constexpr uint64_t FULL = 1'000'000'000'000'000'000;
 
     DFDLDecimal* target_;
     Owned<DFDLDecimal, delete_DFDLDecimal> part_;
@@ -158,6 +158,7 @@ bool readPacked(const BinaryField* field, bool withVirtualPoint, DFDLDecimal* ta
     const uint8_t signByte = field->bytes[last];
     if (!appendPairs(packed, 0, field->length - 1, &total)) return false;
     if (highOf(signByte) > 9) return refuse(packed, highOf(signByte), last, false);
+    total.join();  // the digit beside the sign is added alone
     total.append(highOf(signByte), 10);
     const Sign sign = signOf(field->row, lowOf(signByte), total.isZero());
     if (sign == Sign::Refused) return refuseSign(packed);
@@ -176,8 +177,7 @@ bool appendLeading4690(const Packed& packed, Total* total, bool* isNegative) {
     if (high > 9 && high != NEGATIVE_4690 && high != FILLER_4690) return refuse(packed, high, index, false);
     if (low > 9 && !signInLow) return refuse(packed, low, index, true);
     *isNegative = signInLow || high == NEGATIVE_4690;
-    if (high <= 9) total->append(high, 10);
-    if (low <= 9) total->append(low, 10);
+    total->append((high <= 9 ? high * 10 : 0) + (low <= 9 ? low : 0), 100);
     return true;
 }
 
