@@ -21,7 +21,7 @@ class RandomRecord {
 
     void fill(GrammarBuilder* builder, GrammarHandle group, int depth) {
         for (int members = 1 + below(8); members > 0; --members) {
-            const int kind = below(12);
+            const int kind = below(14);
             if (kind == 0 && depth < 2) {
                 auto inner = group.complexElement("g");
                 const int occurs = below(4);
@@ -35,7 +35,11 @@ class RandomRecord {
             } else if (kind == 1) {
                 group.truth(name(), below(3), below(3)).bytes(1 + below(4));
                 append(std::string(static_cast<size_t>(below(2)), '\0') + "\1\0\1");
-            } else if (kind < 5) {
+            } else if (kind < 4) {
+                counted(group);
+            } else if (kind == 4) {
+                bits(group);
+            } else if (kind < 7) {
                 prefixed(builder, group);
             } else {
                 number(builder, group);
@@ -91,6 +95,41 @@ class RandomRecord {
         append(digits(length, form, row->ibyteorder() == Enums::BYTEOR_LITTLE_ENDIAN));
     }
 
+    // Some bytes of which a field may leave some bits to none.
+    void bits(GrammarHandle group) {
+        const int bytes = 1 + below(4);
+        int left = 8 * bytes;
+        while (left > 0 && often()) {
+            const int count = 1 + below(left);
+            if (count <= 16 && below(4) == 0) {
+                group.truth(name(), 1, 0).bits(1).alignBits(1);
+                left -= 1;
+            } else {
+                group.number(name(), below(2) == 0 ? "INT" : "UNSIGNEDINT").bits(count).alignBits(1);
+                left -= count;
+            }
+        }
+        append(randomBytes(bytes));
+    }
+
+    void counted(GrammarHandle group) {
+        const int length = 1 + below(often() ? 9 : 300);
+        switch (below(4)) {
+            case 0:
+                group.text(name()).bytes(length).encoding("ISO-8859-1").trimRight("%SP;");
+                break;
+            case 1:
+                group.opaque(name()).bytes(length).encoding("US-ASCII").nilCharacter("%#r00;");
+                break;
+            case 2:
+                group.number(name(), "SHORT").bytes(1).nilLogical({"0", "7"});
+                return append(randomBytes(1));
+            default:
+                group.opaque(name()).bytes(length);
+        }
+        append(below(6) == 0 ? std::string(static_cast<size_t>(length), '\0') : randomBytes(length));
+    }
+
     void prefixed(GrammarBuilder* builder, GrammarHandle group) {
         static constexpr const char* KINDS[] = {"BYTE", "UNSIGNEDSHORT", "INT", "UNSIGNEDBYTE"};
         static constexpr int SIZES[] = {1, 2, 4, 1};
@@ -143,10 +182,15 @@ TEST(BinaryRoads, DeliverTheSame) {
         options.fastSmallIntegers = round % 2 == 0;
         const ParserRun ahead = runParser(grammar.get(), u"r", data, options);
         parsed += ahead.parsed ? 1 : 0;
-        for (const ParserRoad road : {ParserRoad{0, true}, ParserRoad{3, false}, ParserRoad{17, false}}) {
+        for (const ParserRoad road :
+             {ParserRoad{0, true}, ParserRoad{3, false}, ParserRoad{17, false}, ParserRoad{1, true}}) {
             EXPECT_EQ(ahead, runParser(grammar.get(), u"r", data, options, road))
                 << "seed " << SEED + round << ", pieces of " << road.piece << ", stepped " << road.step;
         }
+        options.regions = true;
+        const ParserRun slow = runParser(grammar.get(), u"r", data, options);
+        EXPECT_EQ(ahead.outline(), slow.outline()) << "seed " << SEED + round;
+        EXPECT_EQ(ahead.diagnostics, slow.diagnostics) << "seed " << SEED + round;
     }
     EXPECT_GT(parsed, ROUNDS / 4) << "the data should fit often enough to test what is delivered";
 }
