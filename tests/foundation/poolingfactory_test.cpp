@@ -168,9 +168,24 @@ TEST(ValuePools, valuesOfNoPoolAreDeleted) {
     oddities[1]->pooled = 1;
     oddities[3]->pooled = 1;
     oddities[3]->schemaType = 21;
-    const size_t before = DFDLHeapAdapter_countBlocks(test.adapter);
     for (DFDLValue* value : oddities) DFDLPoolingFactory_releaseDFDLValue(factory, value);
-    EXPECT_EQ(DFDLHeapAdapter_countBlocks(test.adapter), before - 4);
+    EXPECT_EQ(factory->pools[POOL_LONG_LONG_VALUE].freeRecords, nullptr);
+    EXPECT_EQ(factory->pools[POOL_VALUE_RECORD].freeRecords->count, 4) << "only their memory is kept";
+}
+
+TEST(ValuePools, deletedValuesLeaveNothingInTheNext) {
+    TestAdapter test;
+    DFDLValue* old = HexBinaryDV_createDFDLValue(test.adapter, nullptr, 77, true);
+    old->nil = 1;
+    delete_DFDLValue(old);
+    const size_t blocks = DFDLHeapAdapter_countBlocks(test.adapter);
+    DFDLValue* value = DFDLValue_createValue(test.adapter);
+    EXPECT_EQ(value, old);
+    EXPECT_EQ(DFDLHeapAdapter_countBlocks(test.adapter), blocks);
+    EXPECT_EQ(value->heap, test.adapter);
+    EXPECT_EQ(value->nil, 0U);
+    EXPECT_EQ(value->u.binary.length, 0);
+    delete_DFDLValue(value);
 }
 
 TEST(ValuePools, the5001stFreeRecordIsDeleted) {

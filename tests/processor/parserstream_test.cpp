@@ -4,10 +4,12 @@
 
 #include <algorithm>
 #include <cstdlib>
+#include <functional>
 #include <string>
 #include <thread>
 #include <vector>
 
+#include "support/binaryrecords.h"
 #include "support/grammarbuilder.h"
 
 namespace {
@@ -116,8 +118,8 @@ std::string twoLines() { return "\"a \"\"long\"\", field\",b:\xC3\xA9,c:z\r\nsho
 
 struct Format {
     const char* name;
-    DFDLGrammar* (*grammar)(int32_t records);
-    std::string (*record)();
+    std::function<DFDLGrammar*(int32_t records)> grammar;
+    std::function<std::string()> record;
 };
 
 LiveBytes stream(const Format& format, int32_t records) {
@@ -143,8 +145,11 @@ LiveBytes stream(const Format& format, int32_t records) {
 }
 
 TEST(ParserStream, KeepsItsMemoryHoweverLongTheInput) {
-    for (const Format& format :
-         {Format{"fixed", streamGrammar, fixedRecord}, {"lines", linesGrammar, twoLines}}) {
+    std::vector<Format> formats = {{"fixed", streamGrammar, fixedRecord}, {"lines", linesGrammar, twoLines}};
+    for (const BinaryRecords& binary : binaryRecords())
+        formats.push_back(
+            {binary.name, [&binary](int32_t) { return binary.grammar(nullptr); }, binary.record});
+    for (const Format& format : formats) {
         const LiveBytes few = stream(format, 100);
         const LiveBytes many = stream(format, 20000);
         EXPECT_EQ(few.most, many.most) << format.name;

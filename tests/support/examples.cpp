@@ -78,7 +78,7 @@ std::string exampleFile(const std::string& name) {
     return contentOf(fs::path(DFDL_SOURCE_DIR "/examples") / name);
 }
 
-Grammar exampleGrammar(const std::string& name, const std::function<void(PIF::MPIF*)>& edit) {
+std::string examplePif(const std::string& name, const std::function<void(PIF::MPIF*)>& edit) {
     const Folder folder;
     const fs::path compiled = folder.path / "grammar.pif";
     run(DFDL_BINARY_DIR "/out/dfdl grammar encode " DFDL_SOURCE_DIR "/examples/" + name + ".txt -o " +
@@ -86,7 +86,11 @@ Grammar exampleGrammar(const std::string& name, const std::function<void(PIF::MP
     PIF::MPIF pif;
     EXPECT_TRUE(pif.ParseFromString(contentOf(compiled))) << name;
     if (edit) edit(&pif);
-    const std::string bytes = pif.SerializeAsString();
+    return pif.SerializeAsString();
+}
+
+Grammar exampleGrammar(const std::string& name, const std::function<void(PIF::MPIF*)>& edit) {
+    const std::string bytes = examplePif(name, edit);
     int result = -1;
     Grammar grammar(new_DFDLGrammarFromByteArray(nullptr, bytes.data(), bytes.size(), nullptr, &result),
                     delete_DFDLGrammar);

@@ -14,7 +14,10 @@ using Grammar = std::unique_ptr<DFDLGrammar, decltype(&delete_DFDLGrammar)>;
 // The bytes of a file under examples/, or of any file whose path is absolute.
 std::string exampleFile(const std::string& name);
 
-// The grammar of examples/NAME.txt, changed by `edit` if there is one; null if it does not load.
+// The compiled grammar of examples/NAME.txt, changed by `edit` if there is one.
+std::string examplePif(const std::string& name, const std::function<void(PIF::MPIF*)>& edit = {});
+
+// The same loaded; null if it cannot be.
 Grammar exampleGrammar(const std::string& name, const std::function<void(PIF::MPIF*)>& edit = {});
 
 // What tests/formats/expected.py, which reads the formats by means of Python alone, says of the bytes. A test

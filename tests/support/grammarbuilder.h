@@ -45,6 +45,7 @@ class GrammarHandle {
     GrammarHandle opaque(const std::string& name);
     GrammarHandle seconds(const std::string& name, const std::string& kindName, const std::string& epoch);
     GrammarHandle littleEndian();  // of a number
+    GrammarHandle packed();        // of a number, with signs C, D, F and C for zero
     GrammarHandle sequence();
     GrammarHandle unordered();
     GrammarHandle choice();

@@ -80,6 +80,14 @@ GrammarHandle GrammarHandle::littleEndian() {
     return *this;
 }
 
+GrammarHandle GrammarHandle::packed() {
+    PIF::MBinaryNumberTableRow* number =
+        builder_->pif_.mutable_binary_number_table()->mutable_row(row().iphysicaltypeindex());
+    number->set_ibinarynumberrepresentation(Enums::PACKED);
+    number->set_ipackedsigncodes(0xCDFC);
+    return *this;
+}
+
 GrammarHandle GrammarHandle::prefixed(const GrammarHandle& prefix, bool includesItself) {
     length(Enums::PREFIXED, BYTES, -1);
     builder_->pif_.mutable_length_scheme_table()

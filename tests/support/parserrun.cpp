@@ -86,6 +86,9 @@ std::string valueOf(const nlohmann::json& value) {
     return value.is_string() ? value.get<std::string>() : value.dump();
 }
 
+// What no grammar of the tests needs more than in one block, but for the data.
+constexpr size_t MODEST_BLOCK = 1U << 21;
+
 }  // namespace
 
 std::string ParserRun::text() const {
@@ -152,6 +155,7 @@ ParserRun runParser(DFDLGrammar* grammar, std::u16string_view root, std::string_
     Input_close(&input);
     delete_EventWriter(writer);
     EXPECT_EQ(heap.live, 0) << "blocks that the parser left behind";
+    EXPECT_LE(heap.largest, MODEST_BLOCK + 32 * bytes.size()) << "a block for data that are not there";
     run.events = linesOf(out.text);
     collectDiagnostics(run);
     return run;

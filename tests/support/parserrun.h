@@ -41,7 +41,8 @@ struct ParserRoad {
     bool step = false;
 };
 
-// One parse by one road; afterwards nothing may be left of the parser's memory.
+// One parse by one road; afterwards nothing may be left of the parser's memory, and no block may have been
+// much larger than the data are.
 ParserRun runParser(DFDLGrammar* grammar, std::u16string_view root, std::string_view bytes,
                     const ParserOptions& options = {}, ParserRoad road = {});
 

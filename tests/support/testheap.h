@@ -3,6 +3,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cstdlib>
 
 #include "dfdl/foundation/dfdlheapadapter.h"
@@ -12,24 +13,29 @@ struct TestHeap {
     long live = 0;         // blocks given out and not given back
     long allocations = 0;  // calls that asked for memory
     long failAt = -1;      // index of the call that is refused; -1 none
+    size_t largest = 0;    // bytes of the largest block asked for
 
     DFDLHeapImpl callbacks() { return {this, onMalloc, onCalloc, onRealloc, onFree}; }
 
   private:
     static TestHeap* self(void* userData) { return static_cast<TestHeap*>(userData); }
-    bool refuses() { return allocations++ == failAt; }
+    bool refuses(size_t size) {
+        largest = std::max(largest, size);
+        return allocations++ == failAt;
+    }
     void* count(void* block) {
         if (block != nullptr) ++live;
         return block;
     }
     static void* onMalloc(void* userData, size_t size) {
-        return self(userData)->refuses() ? nullptr : self(userData)->count(std::malloc(size));
+        return self(userData)->refuses(size) ? nullptr : self(userData)->count(std::malloc(size));
     }
     static void* onCalloc(void* userData, size_t count, size_t size) {
-        return self(userData)->refuses() ? nullptr : self(userData)->count(std::calloc(count, size));
+        return self(userData)->refuses(count * size) ? nullptr
+                                                     : self(userData)->count(std::calloc(count, size));
     }
     static void* onRealloc(void* userData, void* block, size_t size) {
-        return self(userData)->refuses() ? nullptr : std::realloc(block, size);
+        return self(userData)->refuses(size) ? nullptr : std::realloc(block, size);
     }
     static void onFree(void* userData, void* block) {
         --self(userData)->live;

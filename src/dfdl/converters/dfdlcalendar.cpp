@@ -5,6 +5,7 @@
 #include <cstdlib>
 
 #include "dfdl/foundation/guard.h"
+#include "dfdl/foundation/recycledrecord.h"
 
 namespace {
 
@@ -51,7 +52,7 @@ bool copyFields(DFDLCalendarImpl* target, FieldReader read) {
 }  // namespace
 
 DFDLCalendarImpl* new_DFDLCalendarImpl(DFDLHeapAdapter* heap) {
-    return DFDLHeapAdapter_new<DFDLCalendarImpl>(heap);
+    return RecycledRecord_take<DFDLCalendarImpl>(heap, POOL_CALENDAR_RECORD);
 }
 
 DFDLCalendarImpl* new_DFDLCalendarImplFromUCalendar(DFDLHeapAdapter* heap, UCalendar* source) {
@@ -74,7 +75,7 @@ DFDLCalendarImpl* DfdlCalendarImpl_clone(DFDLHeapAdapter* heap, const DFDLCalend
 }
 
 void delete_DFDLCalendarImplFromUCalendar(DFDLCalendarImpl* this_) {
-    if (this_ != nullptr) DFDLHeapAdapter_objectDeallocate(this_->heap, this_);
+    if (this_ != nullptr) RecycledRecord_giveBack(this_, POOL_CALENDAR_RECORD);
 }
 
 void delete_DFDLCalendarImpl(DFDLCalendarImpl* this_) {

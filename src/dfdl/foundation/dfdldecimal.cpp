@@ -4,6 +4,8 @@
 #include <charconv>
 #include <iterator>
 
+#include "dfdl/foundation/recycledrecord.h"
+
 namespace {
 
 void clearCaches(DFDLDecimal* decimal) {
@@ -60,7 +62,7 @@ void copyCaches(DFDLDecimal* target, const DFDLDecimal* source) {
 }  // namespace
 
 DFDLDecimal* new_DFDLDecimal(DFDLHeapAdapter* heap, const DFDLConstants* constants) {
-    auto* this_ = DFDLHeapAdapter_new<DFDLDecimal>(heap);
+    auto* this_ = RecycledRecord_take<DFDLDecimal>(heap, POOL_DECIMAL_RECORD);
     this_->constants = constants;
     this_->roundingMode = DEC_ROUND_HALF_EVEN;
     dfdl_decNumberInit(&this_->number, heap);
@@ -79,7 +81,7 @@ DFDLDecimal* new_DFDLDecimalFromChar(DFDLHeapAdapter* heap, const DFDLConstants*
 void delete_DFDLDecimal(DFDLDecimal* this_) {
     if (this_ == nullptr) return;
     dfdl_decNumberRelease(&this_->number);
-    DFDLHeapAdapter_objectDeallocate(this_->heap, this_);
+    RecycledRecord_giveBack(this_, POOL_DECIMAL_RECORD);
 }
 
 DFDLDecimal* DFDLDecimal_copy(const DFDLDecimal* this_, DFDLHeapAdapter* heap) {

@@ -24,6 +24,10 @@ enum PoolId : int32_t {
     POOL_ITERATOR_CHECKPOINT,
     POOL_VARIABLE_MANAGER_CHECKPOINT,
     POOL_PATH_EXPRESSION_INFOSET,
+    // Bare records of objects that are deleted, not given back to a pool.
+    POOL_VALUE_RECORD,
+    POOL_DECIMAL_RECORD,
+    POOL_CALENDAR_RECORD,
     POOL_COUNT
 };
 

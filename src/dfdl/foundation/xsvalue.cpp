@@ -8,13 +8,14 @@
 #include "dfdl/foundation/dfdldecimal.h"
 #include "dfdl/foundation/dfdlpoolingfactory.h"
 #include "dfdl/foundation/dfdlustring.h"
+#include "dfdl/foundation/recycledrecord.h"
 
 namespace {
 
 constexpr uint32_t KINDS = TYPE_NON_NEGATIVE_INTEGER + 1;
 
 DFDLValue* create(DFDLHeapAdapter* heap, DFDLType kind) {
-    auto* value = DFDLHeapAdapter_new<DFDLValue>(heap);
+    auto* value = RecycledRecord_take<DFDLValue>(heap, POOL_VALUE_RECORD);
     value->schemaType = kind;
     return value;
 }
@@ -34,7 +35,7 @@ DFDLValue* cloneRecord(const DFDLValue* value, DFDLHeapAdapter* heap) {
     return clone;
 }
 
-void deleteRecord(DFDLValue* value) { DFDLHeapAdapter_objectDeallocate(value->heap, value); }
+void deleteRecord(DFDLValue* value) { RecycledRecord_giveBack(value, POOL_VALUE_RECORD); }
 
 struct Family {
     DFDLValue* (*clone)(const DFDLValue*, DFDLHeapAdapter*) = PlainDV_clone;
