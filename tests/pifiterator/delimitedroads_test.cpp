@@ -30,8 +30,10 @@ class RandomMessage {
         const std::string end = !lines ? "|" : below(2) == 0 ? "\n" : "\r\n";
         record.occurs(below(2), -1);
         below(2) == 0 ? record.occursImplicit() : record.occursParsed();
+        // Lines of nothing but single fields, and many of them, have a short road of their own.
+        simple_ = below(2) == 0;
         const std::string template_ = group(record, 0);
-        for (int records = below(12); records >= 0; --records) {
+        for (int records = below(simple_ ? 40 : 12); records >= 0; --records) {
             data_ += expand(template_) + end;
         }
         if (below(6) == 0) data_.resize(static_cast<size_t>(below(static_cast<int>(data_.size()) + 1)));
@@ -46,15 +48,15 @@ class RandomMessage {
         static constexpr Enums::MSeparatorPolicyEnum POLICIES[] = {Enums::REQUIRE, Enums::SUPPRESS,
                                                                    Enums::SUPPRESS_AT_END};
         const std::string separator = depth == 0 ? ";" : below(3) == 0 ? ";;" : ",";
-        auto members =
-            parent.sequence().encoding(encoding_).separator(separator, Enums::INFIX, POLICIES[below(3)]);
+        auto members = simple_ ? parent.content() : parent.sequence();
+        members.encoding(encoding_).separator(separator, Enums::INFIX, POLICIES[below(3)]);
         std::string result;
         for (int member = 0, count = 1 + below(7); member < count; ++member) {
             if (member > 0) result += separator;
-            if (depth == 0 && below(6) == 0) {
+            if (depth == 0 && !simple_ && below(6) == 0) {
                 result += group(members, 1);
             } else {
-                const bool array = below(4) == 0;
+                const bool array = !simple_ && below(4) == 0;
                 field(members, array);
                 result += '*';
                 for (int more = array ? below(5) : 0; more > 0; --more) result += separator + "*";
@@ -67,8 +69,8 @@ class RandomMessage {
         auto text = parent.text("f" + std::to_string(fields_++)).delimited().encoding(encoding_);
         if (below(4) == 0) text.trimBoth("%SP;");
         if (below(5) == 0) text.escapeBlock("\"", "\"", below(2) == 0 ? "\"" : "");
-        if (below(7) == 0) text.escapeCharacter("?", below(2) == 0 ? "?" : "");
-        if (below(8) == 0) text.nilLiteral(below(2) == 0 ? "x %ES;" : "%ES;");
+        if (below(simple_ ? 20 : 7) == 0) text.escapeCharacter("?", below(2) == 0 ? "?" : "");
+        if (below(simple_ ? 2 : 8) == 0) text.nilLiteral(below(2) == 0 ? "x %ES;" : "%ES;");
         if (below(3) != 0) text.occurs(0, 1).occursImplicit();
         if (array) {
             text.occurs(below(3), below(2) == 0 ? -1 : 4);
@@ -104,6 +106,7 @@ class RandomMessage {
     std::mt19937 random_;
     std::string encoding_;
     std::string data_;
+    bool simple_ = false;
     int fields_ = 0;
 };
 

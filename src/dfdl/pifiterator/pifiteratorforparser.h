@@ -190,6 +190,9 @@ const GroupMemberTableRow* PIFIteratorForParser_nextCandidate(PIFIteratorForPars
 void PIFIteratorForParser_runPlainMembers(PIFIteratorForParser* this_, ContextItemForParser* group);
 // The same for delimited texts with infix separators between them.
 void PIFIteratorForParser_runPlainFields(PIFIteratorForParser* this_, ContextItemForParser* group);
+// The same for occurrences of a complex element that is made of such texts and ends with a terminator.
+void PIFIteratorForParser_runPlainLines(PIFIteratorForParser* this_, ContextItemForParser* group,
+                                        const GroupMemberTableRow* row);
 
 // Representation.
 bool PIFIteratorForParser_processSimpleElementRepresentation(PIFIteratorForParser* this_,

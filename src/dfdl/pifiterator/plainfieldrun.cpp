@@ -15,6 +15,7 @@
 #include "dfdl/framework/linkedlistcompileddfdlstringliteral.h"
 #include "dfdl/pif/groupmembertable.h"
 #include "dfdl/pifiterator/pifiteratorforparser.h"
+#include "dfdl/pifiterator/plainrecordrun.h"
 #include "dfdl/pifiterator/plaintextrun.h"
 #include "dfdl/processor/dochandlereventbuffer.h"
 
@@ -31,6 +32,8 @@ struct Run {
     int32_t delimiterLength;                     // bytes, to be passed before the next field
     DFDLCharset* charset;                        // of the last field
     int32_t encodingIndex;                       // of the charset
+
+    int64_t bit() const { return 8 * positionByte; }
 };
 
 bool standsAt(const CompiledDFDLStringLiteral* literal, const uint8_t* bytes) {
@@ -279,14 +282,18 @@ Run startRun(PIFIteratorForParser* iterator, const ContextItemForParser* group) 
     return run;
 }
 
-// Moves the walk to where the run stands, with the delimiter that was seen there.
-void commit(const Run& run) {
-    PIFIteratorForParser* iterator = run.iterator;
-    BufferManager* buffer = iterator->bufferManager;
+void moveBuffer(const Run& run) {
+    BufferManager* buffer = run.iterator->bufferManager;
     const int64_t bytes = run.positionByte - BufferManager_bytePosition(buffer);
     buffer->currentBuffer->position += bytes;
     buffer->bitPosition += 8 * bytes;
     buffer->charPosition += bytes;
+}
+
+// Moves the walk to where the run stands, with the delimiter that was seen there.
+void commit(const Run& run) {
+    PIFIteratorForParser* iterator = run.iterator;
+    moveBuffer(run);
     const ContextItem* owner = run.group;
     for (int32_t level = run.delimiter->level; level > 1 && owner->parent != nullptr; --level)
         owner = owner->parent;
@@ -345,6 +352,29 @@ void runMembers(Run* run, ContextItemForParser* group, const GroupMemberTableRow
     PlainTextRun_resumeAt(run->iterator, group, row, row != first);
 }
 
+// The fields of a line and its terminator, which belongs to the element around the sequence.
+bool takeLine(Run* line, const GroupMemberTableRow* first) {
+    constexpr int32_t LEVEL_OF_ELEMENT = 2;
+    line->delimiter = nullptr;
+    line->delimiterLength = 0;
+    if (takeMembers(line, first) != nullptr) return false;
+    const CompiledDFDLStringLiteral* end = line->delimiter;
+    if (end->kind != MARKUP_TERMINATOR || end->level != LEVEL_OF_ELEMENT) return false;
+    line->position += line->delimiterLength;
+    line->positionByte += line->delimiterLength;
+    return true;
+}
+
+// An item for the sequence in the element, as the general road would open them.
+ContextItemForParser* openSequence(PIFIteratorForParser* iterator, ContextItemForParser* member) {
+    ContextItemForParser* sequence =
+        PIFIteratorForParser_createContextItem(iterator, member->plan->recordModel);
+    ContextItemForParser_setOrderedChild(member, sequence);
+    ContextItemForParser_findMarkupSet(member);
+    ContextItemForParser_findMarkupSet(sequence);
+    return sequence;
+}
+
 }  // namespace
 
 void PIFIteratorForParser_runPlainFields(PIFIteratorForParser* this_, ContextItemForParser* group) {
@@ -355,4 +385,18 @@ void PIFIteratorForParser_runPlainFields(PIFIteratorForParser* this_, ContextIte
     if (first != nullptr && this_->plans[first->rowIndex].isPlainField == PLAIN_ARRAY)
         return runOccurrences(&run, group, first);
     runMembers(&run, group, first);
+}
+
+void PIFIteratorForParser_runPlainLines(PIFIteratorForParser* this_, ContextItemForParser* group,
+                                        const GroupMemberTableRow* row) {
+    ContextItemForParser* member = PlainRecordRun_member(this_, group, row);
+    Run run = startRun(this_, openSequence(this_, member));
+    const GroupMemberTableRow* first = member->plan->recordMembers;
+    int32_t taken = 0;
+    // Before the general road has been here once, the delimiters are not known.
+    if (markupSetOf(run, this_->plans[first->rowIndex]) != nullptr)
+        taken = PlainRecordRun_takeAll(&run, member, [first](Run* line) { return takeLine(line, first); });
+    ContextItemForParser_setOrderedChild(member, nullptr);
+    if (taken > 0) moveBuffer(run);
+    PlainRecordRun_leave(group, taken, run.bit());
 }

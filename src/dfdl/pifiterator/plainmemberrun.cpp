@@ -5,21 +5,21 @@
 #include "dfdl/pif/elementtable.h"
 #include "dfdl/pif/groupmembertable.h"
 #include "dfdl/pifiterator/pifiteratorforparser.h"
+#include "dfdl/pifiterator/plainrecordrun.h"
 #include "dfdl/pifiterator/plaintextrun.h"
 #include "dfdl/processor/dochandlereventbuffer.h"
 
 namespace {
-
-// Attempts that are left out after one that has been in vain.
-constexpr int32_t SPARED_RECORDS = 15;
 
 // The bytes at hand. The buffer is moved once, when the run ends.
 struct Run {
     PIFIteratorForParser* iterator;
     const uint8_t* position;
     const uint8_t* end;
-    int64_t bit;         // of the position, in the document
-    int64_t characters;  // that have been counted: those of texts
+    int64_t bitPosition;  // in the document
+    int64_t characters;   // that have been counted: those of texts
+
+    int64_t bit() const { return bitPosition; }
 };
 
 // A member's bytes among them.
@@ -43,8 +43,8 @@ Run startRun(PIFIteratorForParser* iterator) {
 
 void commit(const Run& run) {
     BufferManager* buffer = run.iterator->bufferManager;
-    buffer->currentBuffer->position += (run.bit - buffer->bitPosition) >> 3;
-    buffer->bitPosition = run.bit;
+    buffer->currentBuffer->position += (run.bitPosition - buffer->bitPosition) >> 3;
+    buffer->bitPosition = run.bitPosition;
     buffer->charPosition += run.characters;
 }
 
@@ -65,7 +65,7 @@ bool findField(const Run& run, const RowPlan& plan, Field* field) {
     field->length = prefixed ? readLength(run, member) : plan.length;
     if (field->length < 1 || field->length > run.end - run.position - prefix) return false;
     field->bytes = run.position + prefix;
-    field->place = {run.bit, run.bit + 8 * (prefix + field->length)};
+    field->place = {run.bitPosition, run.bitPosition + 8 * (prefix + field->length)};
     return true;
 }
 
@@ -115,7 +115,7 @@ bool takeMember(Run* run, const RowPlan& plan) {
     Field field;
     if (!findField(*run, plan, &field) || !deliver(run, plan, field)) return false;
     run->position = field.bytes + field.length;
-    run->bit = field.place.end;
+    run->bitPosition = field.place.end;
     return true;
 }
 
@@ -130,53 +130,13 @@ const GroupMemberTableRow* takeMembers(Run* run, const GroupMemberTableRow* row)
     return row;
 }
 
-// Takes one record, or nothing: what has been taken before a member that needs the general road is undone.
-bool takeRecord(Run* run, const GroupMemberTableRow* row, const GroupMemberTableRow* firstMember) {
-    DocHandlerEventBuffer* events = run->iterator->eventBuffer;
-    const ElementTableRow* element = row->elementRow;
-    const Run start = *run;
-    DHCheckPoint* attempt = DocHandlerEventBuffer_getCheckPoint(events);
-    DocHandlerEventBuffer_startElement(events, element->element_id, element->name, element->namespaceId,
-                                       element->namespace_, row->scdText, run->bit);
-    const bool whole = takeMembers(run, firstMember) == nullptr;
-    if (whole) {
-        DocHandlerEventBuffer_endElement(events, run->bit);
-    } else {
-        DocHandlerEventBuffer_restoreToCheckPoint(events, attempt);
-        *run = start;
-    }
-    DocHandlerEventBuffer_releaseCheckPoint(events, attempt);
-    return whole;
-}
-
-// How many records have been taken.
-int32_t takeRecords(Run* run, ContextItemForParser* member) {
-    const GroupMemberTableRow* row = member->row;
-    int32_t taken = 0;
-    while (run->position < run->end && member->occurrences < MAX_PLAIN_OCCURRENCES &&
-           (row->effectiveMaxOccurs < 0 || member->occurrences < row->effectiveMaxOccurs)) {
-        const int64_t start = run->bit;
-        if (!takeRecord(run, row, member->plan->recordMembers)) {
-            member->plan->sparedRecords = SPARED_RECORDS;
-            break;
-        }
-        ContextItem_incrementOccurrences(member);
-        member->occurrenceStart = start;
-        ++taken;
-    }
-    return taken;
-}
-
 void runRecords(Run* run, ContextItemForParser* group, const GroupMemberTableRow* row) {
-    PIFIteratorForParser* iterator = run->iterator;
-    if (group->selectedChild == nullptr || group->selectedChild->row != row)
-        ContextItemForParser_setOrderedChild(group, PIFIteratorForParser_createContextItem(iterator, row));
-    ContextItemForParser* member = group->selectedChild;
-    if (takeRecords(run, member) == 0) return PlainTextRun_resumeAt(iterator, group, row, false);
-    // The general road asks anew whether the array goes on.
-    commit(*run);
-    member->emptyOccurrences = 0;
-    group->afterMember = run->bit;
+    ContextItemForParser* member = PlainRecordRun_member(run->iterator, group, row);
+    const GroupMemberTableRow* first = member->plan->recordMembers;
+    const int32_t taken = PlainRecordRun_takeAll(
+        run, member, [first](Run* record) { return takeMembers(record, first) == nullptr; });
+    if (taken > 0) commit(*run);
+    PlainRecordRun_leave(group, taken, run->bitPosition);
 }
 
 // Records that are seldom plain are tried seldom.
@@ -193,8 +153,11 @@ void PIFIteratorForParser_runPlainMembers(PIFIteratorForParser* this_, ContextIt
     if (this_->hiddenDepth != 0 || this_->eventBuffer->adapter == nullptr) return;
     const GroupMemberTableRow* first = PIFIteratorForParser_nextCandidate(this_, group);
     Run run = startRun(this_);
-    if (first != nullptr && isWorthTrying(&this_->plans[first->rowIndex]))
+    if (first != nullptr && isWorthTrying(&this_->plans[first->rowIndex])) {
+        if (this_->plans[first->rowIndex].recordModel != nullptr)
+            return PIFIteratorForParser_runPlainLines(this_, group, first);
         return runRecords(&run, group, first);
+    }
     const GroupMemberTableRow* row = takeMembers(&run, first);
     if (row != first) commit(run);
     PlainTextRun_resumeAt(this_, group, row, row != first);

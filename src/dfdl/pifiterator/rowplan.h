@@ -68,9 +68,11 @@ struct RowPlan {
     UnorderedMembers* spareMembers;  // of closed unordered groups
     PlainMember plainMember;
     PlainElement plainElement;  // of a plain member or field
-    // Of a complex element that is a sequence of plain members and nothing else: the first of them.
+    // Of a complex element that is a sequence of plain members and nothing else, or one of plain fields with
+    // a terminator: the first of them.
     const GroupMemberTableRow* recordMembers;
-    int32_t sparedRecords;  // how many are not to be tried on the short road
+    const GroupMemberTableRow* recordModel;  // the sequence of the fields
+    int32_t sparedRecords;                   // how many are not to be tried on the short road
 };
 
 // Says what the short roads may take of the member, from what else is planned of it.

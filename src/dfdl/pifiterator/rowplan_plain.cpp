@@ -12,9 +12,10 @@
 
 namespace {
 
+constexpr uint32_t FRAME = GM_LEADING_ALIGNMENT | GM_TRAILING_ALIGNMENT | GM_INITIATOR | GM_TERMINATOR;
+
 // Without any frame: the content is all there is of it.
 bool isUnframed(const RowPlan& plan, const GroupMemberTableRow& row, int32_t kind) {
-    constexpr uint32_t FRAME = GM_LEADING_ALIGNMENT | GM_TRAILING_ALIGNMENT | GM_INITIATOR | GM_TERMINATOR;
     return plan.unsupported == nullptr && plan.kind == kind && (row.flags & FRAME) == 0;
 }
 
@@ -86,13 +87,15 @@ bool imposesLength(const RowPlan& plan) {
 // A sequence that is nothing but its members.
 bool isBareSequence(const RowPlan& plan, const GroupMemberTableRow& row) {
     return isUnframed(plan, row, ITEM_SEQUENCE) && occursOnce(row) && row.nextSibling == nullptr &&
-           (row.flags & GM_HIDDEN) == 0 && plan.separatorPosition == POSITION_NONE && !imposesLength(plan);
+           (row.flags & GM_HIDDEN) == 0 && !imposesLength(plan);
 }
 
 // Opaque bytes of held events would have to be copied.
 bool canBeHeld(const RowPlan& plan) {
     return plan.plainMember.content == PLAIN_TEXT || plan.plainMember.content == PLAIN_WORD;
 }
+
+bool isPlainField(const RowPlan& plan) { return plan.isPlainField == PLAIN_SINGLE; }
 
 PlainFieldKind plainFieldKind(const RowPlan& plan, const GroupMemberTableRow& row) {
     const bool plain = isUnframedText(plan, row) && (plan.nilKind == NK_NONE || isNilIfEmpty(plan, row)) &&
@@ -129,13 +132,20 @@ void RowPlan_planShortRoads(RowPlan* this_, const GroupMemberTableRow& row) {
 }
 
 void RowPlan_planRecord(RowPlan* this_, const GroupMemberTableRow& row, const RowPlan* plans) {
-    const bool bare =
-        isUnframed(*this_, row, ITEM_COMPLEX_ELEMENT) && this_->nilKind == NK_NONE && !imposesLength(*this_);
-    const GroupMemberTableRow* model = bare ? row.elementRow->contentGroup->firstMember : nullptr;
+    const bool plain = this_->unsupported == nullptr && this_->kind == ITEM_COMPLEX_ELEMENT &&
+                       (row.flags & (FRAME & ~GM_TERMINATOR)) == 0 && this_->nilKind == NK_NONE &&
+                       !imposesLength(*this_);
+    const GroupMemberTableRow* model = plain ? row.elementRow->contentGroup->firstMember : nullptr;
     if (model == nullptr || model->groupRow == nullptr || !isBareSequence(plans[model->rowIndex], *model))
         return;
+    const bool terminated = (row.flags & GM_TERMINATOR) != 0;
+    const int32_t separators = plans[model->rowIndex].separatorPosition;
+    if (separators != (terminated ? INFIX : POSITION_NONE)) return;
+    const auto isPlain = terminated ? isPlainField : canBeHeld;
     const GroupMemberTableRow* first = model->groupRow->firstMember;
     const GroupMemberTableRow* member = first;
-    while (member != nullptr && canBeHeld(plans[member->rowIndex])) member = member->nextSibling;
-    if (member == nullptr) this_->recordMembers = first;
+    while (member != nullptr && isPlain(plans[member->rowIndex])) member = member->nextSibling;
+    if (member != nullptr) return;
+    this_->recordMembers = first;
+    this_->recordModel = terminated ? model : nullptr;
 }
