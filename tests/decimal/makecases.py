@@ -101,4 +101,5 @@ def main():
             write(name, work, [read(drawn[0])], drawn)
 
 
-main()
+if __name__ == "__main__":
+    main()
