@@ -326,9 +326,9 @@ TEST(BinaryFields, WhatCannotBeExtracted) {
         {BINARY_OPAQUE, EXPLICIT, BITS, 8, "CTDP3119E item"},
         {BINARY_NUMBER, EXPLICIT, BYTES, 4, "CTDP3000E 3 item"},
         {BINARY_NUMBER, EXPLICIT, BITS, 25, "CTDP3000E 3 item"},
-        {BINARY_NUMBER, EXPLICIT, BYTES, TRUSTED_BYTES + 1, "CTDP3000E 0 item"},
-        {BINARY_NUMBER, EXPLICIT, BYTES, INT64_MAX, "CTDP3000E 0 item"},
-        {BINARY_NUMBER, EXPLICIT, BITS, INT64_MAX, "CTDP3000E 0 item"},
+        {BINARY_NUMBER, EXPLICIT, BYTES, TRUSTED_BYTES + 1, "CTDP3000E 3 item"},
+        {BINARY_NUMBER, EXPLICIT, BYTES, INT64_MAX, "CTDP3000E 3 item"},
+        {BINARY_NUMBER, EXPLICIT, BITS, INT64_MAX, "CTDP3000E 3 item"},
     };
     const std::string bytes = fromHex("010203");
     for (const Case& c : cases) {

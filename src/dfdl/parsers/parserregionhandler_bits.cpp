@@ -1,4 +1,6 @@
 // The bytes and bits of fields that are no text.
+#include <algorithm>
+
 #include "dfdl/buffer/buffermanager.h"
 #include "dfdl/converters/binarynumberconverter.h"
 #include "dfdl/foundation/context.h"
@@ -26,6 +28,14 @@ uint8_t* raiseOverflow(ParserRegionHandler* handler, const GroupMemberTableRow* 
     return nullptr;
 }
 
+// The data, which end at the last byte loaded, are too short for a block to be taken for them.
+uint8_t* raiseBeyondEnd(ParserRegionHandler* handler, const GroupMemberTableRow* row) {
+    BufferManager* buffer = handler->bufferManager;
+    ProcessingError_reset(handler->context->currentError);
+    BufferManager_raiseAt(buffer, DFDLParser_bufferOverflow, buffer->totalBytesLoaded, row);
+    return nullptr;
+}
+
 // A scanner has counted bytes, whatever the units.
 LengthUnitsEnum unitsOf(const GroupMemberTableRow* row) {
     const LengthSchemeTableRow* scheme = row->lengthRow;
@@ -36,7 +46,7 @@ LengthUnitsEnum unitsOf(const GroupMemberTableRow* row) {
 uint8_t* takeBytes(ParserRegionHandler* handler, const GroupMemberTableRow* row, int64_t length,
                    int64_t* count) {
     BufferManager* buffer = handler->bufferManager;
-    if (!ParserRegionHandler_mayTakeBlock(buffer, length)) return raiseOverflow(handler, row);
+    if (!ParserRegionHandler_mayTakeBlock(buffer, length)) return raiseBeyondEnd(handler, row);
     uint8_t* block = BufferManager_allocateBytes(buffer, length);
     const int64_t start = BufferManager_bytePosition(buffer);
     if (BufferManager_getBytes(buffer, block, length, start, true, row) == length) {
@@ -87,7 +97,7 @@ uint8_t* takeBits(ParserRegionHandler* handler, const GroupMemberTableRow* row, 
         return nullptr;
     }
     const int64_t size = ((BufferManager_bitPosition(buffer) & 7) + bits + 7) / 8;
-    if (!ParserRegionHandler_mayTakeBlock(buffer, size)) return raiseOverflow(handler, row);
+    if (!ParserRegionHandler_mayTakeBlock(buffer, size)) return raiseBeyondEnd(handler, row);
     uint8_t* block = BufferManager_allocateBytes(buffer, size);
     uint8_t* whole = nullptr;
     const ScopeExit end([&] {
@@ -100,7 +110,7 @@ uint8_t* takeBits(ParserRegionHandler* handler, const GroupMemberTableRow* row, 
 }
 
 uint8_t* take(ParserRegionHandler* handler, const GroupMemberTableRow* row, int64_t length, int64_t* count) {
-    constexpr int64_t MOST_BITS = INT64_MAX - 16;
+    constexpr int64_t MOST_BITS = INT64_MAX - 16;  // more than there are data, and still counted in bytes
     const LengthUnitsEnum units = unitsOf(row);
     if (units != BYTES && units != BITS) {
         ParserRegionHandler_raise(handler, row, DFDLParser_invalidBinaryLengthUnits);
@@ -110,8 +120,7 @@ uint8_t* take(ParserRegionHandler* handler, const GroupMemberTableRow* row, int6
         return takeBytes(handler, row, length, count);
     }
     const int64_t bitsOfUnit = units == BYTES ? 8 : 1;
-    if (length > MOST_BITS / bitsOfUnit) return raiseOverflow(handler, row);
-    return takeBits(handler, row, bitsOfUnit * length, count);
+    return takeBits(handler, row, bitsOfUnit * std::min(length, MOST_BITS / bitsOfUnit), count);
 }
 
 TraceSubject placeOf(ParserRegionHandler* handler, const GroupMemberTableRow* row) {

@@ -9,11 +9,12 @@
 // to this size. For a larger one the data are loaded first.
 inline constexpr int64_t TRUSTED_BYTES = 65536;
 
-// Whether a block for so many of the next bytes may be taken; false if the data are known to have fewer.
+// Whether a block for so many of the next bytes may be taken; false if the data, which have been loaded then,
+// have fewer.
 inline bool ParserRegionHandler_mayTakeBlock(BufferManager* buffer, int64_t count) {
     if (count <= TRUSTED_BYTES) return true;
     const int64_t start = BufferManager_bytePosition(buffer);
-    return count <= INT64_MAX - start && BufferManager_loadBytes(buffer, start + count);
+    return BufferManager_loadBytes(buffer, count <= INT64_MAX - start ? start + count : INT64_MAX);
 }
 
 #endif

@@ -5,7 +5,6 @@
 #include "dfdl/converters/dfdlcharset.h"
 #include "dfdl/foundation/dfdltype.h"
 #include "dfdl/parsers/parserregionhandler.h"
-#include "dfdl/parsers/trustedlength.h"
 #include "dfdl/pif/binarynumbertable.h"
 #include "dfdl/pif/groupmembertable.h"
 #include "dfdl/pif/nilschemetable.h"
@@ -13,20 +12,6 @@
 #include "dfdl/processor/dochandlereventbuffer.h"
 
 namespace {
-
-int64_t bytesFor(const RowPlan& plan, int64_t length) {
-    if (plan.units != BITS || plan.lengthKind == DELIMITED) return length;
-    return length / 8 + (length % 8 != 0 ? 1 : 0);
-}
-
-bool isThere(PIFIteratorForParser* iterator, const ContextItemForParser* item, int64_t bytes) {
-    if (ParserRegionHandler_mayTakeBlock(iterator->bufferManager, bytes)) return true;
-    const int64_t start = BufferManager_bytePosition(iterator->bufferManager);
-    ProcessingError_setValues(iterator->context->currentError, __FILE__, __LINE__, DFDLParser_bufferOverflow,
-                              ERROR_PROCESSING, SUBKIND_LACK_OF_DATA, "%lld%Z", static_cast<long long>(start),
-                              GroupMemberTableRow_getElementName(item->row));
-    return false;
-}
 
 // A number in two's complement has lengths that its type allows.
 bool fitsType(PIFIteratorForParser* iterator, const ContextItemForParser* item, int64_t length) {
@@ -111,7 +96,7 @@ bool PIFIteratorForParser_extractBinaryRepresentation(PIFIteratorForParser* this
                                                       int64_t length) {
     item->contentStart = BufferManager_bytePosition(this_->bufferManager);
     item->contentEnd = item->contentStart;
-    if (!fitsType(this_, item, length) || !isThere(this_, item, bytesFor(*item->plan, length))) return false;
+    if (!fitsType(this_, item, length)) return false;
     const bool marks = item->plan->nilKind == NK_LITERAL_VALUE;
     DFDLBufferMarker* start = marks ? BufferManager_mark(this_->bufferManager) : nullptr;
     const bool extracted = extract(this_, item, length, start);
