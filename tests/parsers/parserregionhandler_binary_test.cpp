@@ -236,14 +236,42 @@ TEST(BinaryFields, VirtualPointOfDecimalsOnly) {
     EXPECT_EQ(rig.readAll(fromHex("12345D")), "int -12345");
 }
 
+// The first bit of a type with a sign fills up the byte that it begins in, whether it is a sign or not.
+TEST(BinaryFields, BitsInFrontOfWholeBytesHaveTheFirstOne) {
+    struct Case {
+        DFDLSimpleTypeEnum type;
+        BinaryNumberRepEnum representation;
+        int64_t bits;
+        const char* expected;
+    };
+    const Case cases[] = {
+        {SIMPLE_DECIMAL, BINARY, 12, "decimal as decimal 63880"},  // F988
+        {SIMPLE_UNSIGNED_SHORT, BINARY, 12, "unsignedShort 2440"},
+        {SIMPLE_UNSIGNED_SHORT, BCD, 12, "unsignedShort 988"},
+        {SIMPLE_SHORT, BCD, 12, "CTDP3083E item F988 bcd F 1"},
+        {SIMPLE_SHORT, BCD, 16, "short 9880"},
+    };
+    const std::string bytes = fromHex("9880");
+    for (const Case& c : cases) {
+        BinaryRig rig;
+        rig.length.iLengthUnits = BITS;
+        rig.number.iBinaryNumberRepresentation = c.representation;
+        rig.rig.item.simpleTypeKind = c.type;
+        rig.rig.document(bytes);
+        EXPECT_EQ(rig.read(c.bits), c.expected);
+    }
+}
+
 TEST(BinaryFields, HexadecimalFloats) {
     BinaryRig rig;
     rig.number.iBinaryFloatRepresentation = ZOV390_HEX;
     rig.rig.item.simpleTypeKind = SIMPLE_FLOAT;
     EXPECT_EQ(rig.readAll(fromHex("C276A000")), "float -118.625");
+    EXPECT_EQ(rig.readAll(fromHex("00000000")), "float 5.877472E-39");  // there is no zero
     rig.rig.item.simpleTypeKind = SIMPLE_DOUBLE;
     rig.number.iByteOrder = BYTEOR_LITTLE_ENDIAN;
     EXPECT_EQ(rig.readAll(fromHex("0000000000A076C2")), "double -118.625");
+    EXPECT_EQ(rig.readAll(fromHex("0000000000000000")), "double 0");
 }
 
 TEST(BinaryFields, Booleans) {

@@ -78,6 +78,20 @@ const Case CASES[] = {
      "\x7F\xFF\xFF\xFF\0\0\0\1\xFF\xFF\xFF\xFF\0\0\0\2"s,
      {"unix=2038-01-19T03:14:07+00:00", "own=2000-01-01T12:00:01+00:00", "other=1582-10-24T23:59:58-01:00",
       "again=2000-01-01T12:00:02+00:00"}},
+    {"a number of a type that is none stops the parse",
+     [](GrammarBuilder&, GrammarHandle r) {
+         r.number("a", "STRING").bytes(2);
+         r.number("b", "SHORT").bytes(2);
+     },
+     "\1\2\0\3"s,
+     {"b=3"}},
+    {"packed digits that end inside a byte are in their order",
+     [](GrammarBuilder&, GrammarHandle r) {
+         r.number("a", "UNSIGNEDINT").bits(12).packed();
+         r.number("b", "INT").bits(12).packed().alignBits(1);
+     },
+     "\x98\xC1\x2D"s,
+     {"a=98", "b=-12"}},
     {"opaque bytes do not end at a delimiter",
      [](GrammarBuilder&, GrammarHandle r) {
          auto group = r.sequence().separator(",");
