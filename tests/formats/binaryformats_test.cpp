@@ -10,38 +10,15 @@
 
 namespace {
 
-struct Format {
-    const char* example;
-    const char16_t* root;
-    const char* file;       // under examples/; null: there is none
-    bool onlyTheBeginning;  // the grammar describes no more of the data
-};
-
-constexpr Format PCAP = {"pcap", u"file", "loopback.pcap", false};
-constexpr Format PNG = {"png", u"picture", "dot.png", true};
-constexpr Format TCP = {"tcp", u"packet", nullptr, false};
-constexpr Format TZIF = {"tzif", u"header", nullptr, true};
-constexpr Format PAYROLL = {"payroll", u"file", "payroll.dat", false};
-constexpr Format PREFIXED = {"prefixed", u"file", "prefixed.dat", false};
-
-ParserRun runOf(const Format& format, DFDLGrammar* grammar, const std::string& bytes) {
-    ParserOptions options;
-    options.ignoreTrailingData = format.onlyTheBeginning;
-    return runEverywhere(grammar, format.root, bytes, options);
-}
-
-void expectAsPython(const Format& format, DFDLGrammar* grammar, const std::string& bytes) {
-    const ParserRun run = runOf(format, grammar, bytes);
-    EXPECT_TRUE(run.parsed) << format.example << '\n' << run;
-    EXPECT_EQ(run.outline(), fromPython(format.example, bytes)) << format.example << '\n' << run;
-}
+const ExampleFormat PCAP = {"pcap", u"file", "loopback.pcap"};
+const ExampleFormat PNG = {"png", u"picture", "dot.png", true};
+const ExampleFormat TCP = {"tcp", u"packet"};
+const ExampleFormat TZIF = {"tzif", u"header", nullptr, true};
+const ExampleFormat PAYROLL = {"payroll", u"file", "payroll.dat"};
+const ExampleFormat PREFIXED = {"prefixed", u"file", "prefixed.dat"};
 
 TEST(BinaryFormats, TheSamplesReadAsPythonReadsThem) {
-    for (const Format& format : {PCAP, PNG, PAYROLL, PREFIXED}) {
-        const Grammar grammar = exampleGrammar(format.example);
-        ASSERT_NE(grammar, nullptr);
-        expectAsPython(format, grammar.get(), exampleFile(format.file));
-    }
+    for (const ExampleFormat& format : {PCAP, PNG, PAYROLL, PREFIXED}) expectSampleAsPython(format);
 }
 
 // The reverse of what the example's own grammar says of byte order.
@@ -56,16 +33,14 @@ void turnBytesRound(PIF::MPIF* pif) {
 TEST(BinaryFormats, RandomDataReadAsPythonReadsThem) {
     const unsigned seed = std::random_device{}();
     SCOPED_TRACE("seed " + std::to_string(seed));
-    for (const Format& format : {PCAP, PNG, TCP, PAYROLL, PREFIXED}) {
-        const Grammar grammar = exampleGrammar(format.example);
-        const Grammar turned =
-            exampleGrammar(format.example, format.example == PCAP.example ? turnBytesRound : nullptr);
-        ASSERT_NE(grammar, nullptr);
-        ASSERT_NE(turned, nullptr);
-        for (unsigned round = 0; round < 10; ++round) {
-            const std::string bytes = sampleFromPython(format.example, seed + round);
-            expectAsPython(format, (bytes[0] == '\xA1' ? turned : grammar).get(), bytes);
-        }
+    for (const ExampleFormat& format : {PNG, TCP, PAYROLL, PREFIXED}) expectRandomAsPython(format, seed, 10);
+    const Grammar little = exampleGrammar(PCAP.example);
+    const Grammar big = exampleGrammar(PCAP.example, turnBytesRound);
+    ASSERT_NE(little, nullptr);
+    ASSERT_NE(big, nullptr);
+    for (unsigned round = 0; round < 10; ++round) {
+        const std::string bytes = sampleFromPython(PCAP.example, seed + round);
+        expectAsPython(PCAP, (bytes[0] == '\xA1' ? big : little).get(), bytes);
     }
 }
 

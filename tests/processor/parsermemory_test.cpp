@@ -8,8 +8,8 @@
 #include <string>
 #include <vector>
 
-#include "support/binaryrecords.h"
 #include "support/grammarbuilder.h"
+#include "support/manyrecords.h"
 
 namespace {
 
@@ -123,18 +123,18 @@ Format counted() { return {"counted", countedGrammar, fixedData, fixedFields}; }
 Format uncounted() { return {"uncounted", uncountedGrammar, fixedData, fixedFields}; }
 Format delimited() { return {"delimited", delimitedGrammar, delimitedData, delimitedFields}; }
 
-Format binary(const BinaryRecords& format) {
+Format typed(const ManyRecords& format) {
     const auto data = [&format](int32_t count) {
         std::string all;
-        for (int32_t i = 0; i < count; ++i) all += format.record();
+        for (int32_t i = 0; i < count; ++i) all += format.record;
         return all;
     };
     return {format.name, [&format](DFDLHeap* heap, int32_t) { return format.grammar(heap); }, data,
             [&format](int32_t count) { return int64_t{count} * format.fields; }};
 }
 
-std::vector<Format> withBinary(std::vector<Format> formats) {
-    for (const BinaryRecords& format : binaryRecords()) formats.push_back(binary(format));
+std::vector<Format> withTyped(std::vector<Format> formats) {
+    for (const ManyRecords& format : manyRecords()) formats.push_back(typed(format));
     return formats;
 }
 
@@ -271,7 +271,7 @@ int64_t callsToParse(const Format& format, int32_t count) {
 }
 
 TEST(ParserMemory, AsksForNothingMoreForMoreRecords) {
-    for (const Format& format : withBinary({counted(), uncounted(), delimited()})) {
+    for (const Format& format : withTyped({counted(), uncounted(), delimited()})) {
         EXPECT_EQ(callsToParse(format, 100), callsToParse(format, 110)) << format.name;
     }
 }
@@ -310,11 +310,11 @@ void sweepRefusals(const Format& format, bool inPieces) {
 }
 
 TEST(ParserMemory, SurvivesTheRefusalOfAnyAllocation) {
-    for (const Format& format : withBinary({counted(), delimited()})) sweepRefusals(format, false);
+    for (const Format& format : withTyped({counted(), delimited()})) sweepRefusals(format, false);
 }
 
 TEST(ParserMemory, SurvivesItWithEverythingSet) {
-    for (const Format& format : withBinary({uncounted(), delimited()})) sweepRefusals(format, true);
+    for (const Format& format : withTyped({uncounted(), delimited()})) sweepRefusals(format, true);
 }
 
 }  // namespace

@@ -9,8 +9,8 @@
 #include <thread>
 #include <vector>
 
-#include "support/binaryrecords.h"
 #include "support/grammarbuilder.h"
+#include "support/manyrecords.h"
 
 namespace {
 
@@ -146,9 +146,9 @@ LiveBytes stream(const Format& format, int32_t records) {
 
 TEST(ParserStream, KeepsItsMemoryHoweverLongTheInput) {
     std::vector<Format> formats = {{"fixed", streamGrammar, fixedRecord}, {"lines", linesGrammar, twoLines}};
-    for (const BinaryRecords& binary : binaryRecords())
-        formats.push_back(
-            {binary.name, [&binary](int32_t) { return binary.grammar(nullptr); }, binary.record});
+    for (const ManyRecords& typed : manyRecords())
+        formats.push_back({typed.name, [&typed](int32_t) { return typed.grammar(nullptr); },
+                           [&typed] { return typed.record; }});
     for (const Format& format : formats) {
         const LiveBytes few = stream(format, 100);
         const LiveBytes many = stream(format, 20000);

@@ -9,6 +9,7 @@
 #include <sstream>
 
 #include "inputs.h"
+#include "support/parserrun.h"
 #include "text.h"
 
 namespace {
@@ -104,6 +105,29 @@ std::string fromPython(const std::string& command, const std::string& bytes) {
 
 std::string sampleFromPython(const std::string& format, unsigned seed) {
     return outputOf("samples.py " + format + " " + std::to_string(seed), {});
+}
+
+void expectAsPython(const ExampleFormat& format, DFDLGrammar* grammar, const std::string& bytes) {
+    const char* const command = format.command != nullptr ? format.command : format.example;
+    ParserOptions options;
+    options.ignoreTrailingData = format.onlyTheBeginning;
+    const ParserRun run = runEverywhere(grammar, format.root, bytes, options);
+    EXPECT_TRUE(run.parsed) << command << ": " << bytes << '\n' << run;
+    EXPECT_EQ(run.outline(), fromPython(command, bytes)) << command << ": " << bytes << '\n' << run;
+}
+
+void expectSampleAsPython(const ExampleFormat& format) {
+    const Grammar grammar = exampleGrammar(format.example, format.edit);
+    ASSERT_NE(grammar, nullptr);
+    expectAsPython(format, grammar.get(), exampleFile(format.file));
+}
+
+void expectRandomAsPython(const ExampleFormat& format, unsigned seed, unsigned rounds) {
+    const Grammar grammar = exampleGrammar(format.example, format.edit);
+    ASSERT_NE(grammar, nullptr);
+    const std::string command = format.command != nullptr ? format.command : format.example;
+    for (unsigned round = 0; round < rounds; ++round)
+        expectAsPython(format, grammar.get(), sampleFromPython(command, seed + round));
 }
 
 std::string outlineOf(DFDLGrammar* grammar, std::u16string_view root, const std::string& bytes,

@@ -1,4 +1,6 @@
-#include "support/binaryrecords.h"
+#include "support/manyrecords.h"
+
+#include <vector>
 
 #include "support/examples.h"
 #include "support/grammarbuilder.h"
@@ -7,27 +9,12 @@ namespace {
 
 using namespace std::string_literals;
 
-DFDLGrammar* load(DFDLHeap* heap, const std::string& pif) {
-    int result = -1;
-    return new_DFDLGrammarFromByteArray(heap, pif.data(), pif.size(), nullptr, &result);
-}
-
-DFDLGrammar* payroll(DFDLHeap* heap) {
-    static const std::string pif = examplePif("payroll");
-    return load(heap, pif);
-}
-std::string employees() {
-    static const std::string bytes = exampleFile("payroll.dat");
-    return bytes;
-}
-
-DFDLGrammar* prefixed(DFDLHeap* heap) {
-    static const std::string pif = examplePif("prefixed");
-    return load(heap, pif);
-}
-std::string prefixedRecords() {
-    static const std::string bytes = exampleFile("prefixed.dat");
-    return bytes;
+ManyRecords ofExample(const char* example, const char* file, int fields) {
+    const auto load = [pif = examplePif(example)](DFDLHeap* heap) {
+        int result = -1;
+        return new_DFDLGrammarFromByteArray(heap, pif.data(), pif.size(), nullptr, &result);
+    };
+    return {example, load, exampleFile(file), fields};
 }
 
 // What the examples have not: numbers that no word holds, and bits next to them.
@@ -51,12 +38,13 @@ std::string wideRecord() {
            "\1\2\3\4" + std::string(100, '\xAB');
 }
 
-constexpr BinaryRecords FORMATS[] = {
-    {"payroll", payroll, employees, 2 * 13},
-    {"prefixed", prefixed, prefixedRecords, 2 * 10},
-    {"wide", wide, wideRecord, 8},
-};
-
 }  // namespace
 
-std::span<const BinaryRecords> binaryRecords() { return FORMATS; }
+std::span<const ManyRecords> manyRecords() {
+    static const std::vector<ManyRecords> FORMATS = {
+        ofExample("payroll", "payroll.dat", 2 * 13),
+        ofExample("prefixed", "prefixed.dat", 2 * 10),
+        {"wide", wide, wideRecord(), 8},
+    };
+    return FORMATS;
+}
