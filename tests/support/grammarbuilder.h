@@ -39,6 +39,15 @@ class GrammarHandle {
     GrammarHandle complexElement(const std::string& name);
     GrammarHandle text(const std::string& name);  // a string in UTF-8, without a length
     GrammarHandle boolean(const std::string& name, const std::string& trueReps, const std::string& falseReps);
+    // Texts that are numbers, of base 10 with "," and "." as separators, and calendars, strict ones with
+    // English names.
+    GrammarHandle textNumber(const std::string& name, const std::string& kindName,
+                             const std::string& pattern);
+    GrammarHandle textCalendar(const std::string& name, const std::string& kindName,
+                               const std::string& pattern);
+    // For what else there is to say of them.
+    PIF::MTextNumberTableRow& numberRow();
+    PIF::MCalendarFormatTableRow& calendarRow();
     // Binary ones, big-endian; kinds are such as "UNSIGNEDSHORT". Their lengths are said like those of texts.
     GrammarHandle number(const std::string& name, const std::string& kindName);
     GrammarHandle truth(const std::string& name, int32_t trueRep, int32_t falseRep);
