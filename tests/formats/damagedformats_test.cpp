@@ -3,26 +3,34 @@
 
 #include <cstdlib>
 #include <random>
+#include <string_view>
 
 #include "support/examples.h"
 #include "support/parserrun.h"
 
 namespace {
 
+using namespace std::string_view_literals;
+
 struct Sample {
     const char* example;
     const char16_t* root;
     const char* file;
-    const char* signs;  // what the format's delimiters are made of
+    std::string_view signs;  // what the format's delimiters, lengths and signs are made of
 };
 
 constexpr Sample SAMPLES[] = {
     {"csv", u"file", "parts.csv", "\",\r\n a\xC3"},
     {"order", u"order", "order.edi", "'+:? \nLIN+END+\xE2"},
     {"settings", u"file", "settings.conf", "=#\r\n\t a\xC2"},
+    {"pcap", u"file", "loopback.pcap", "\0\1\x4A\x80\xFF"sv},
+    {"payroll", u"file", "payroll.dat", "\0\xC\xD\xF0\xD1\xFD\x40\x99\xA0"sv},
+    {"prefixed", u"file", "prefixed.dat", "\0\1\2\4\5\x7F\x80\xFF"sv},
 };
 
-std::string damaged(std::string bytes, const std::string& signs, std::mt19937& random) {
+constexpr size_t MOST_BYTES = 200;  // of a sample, since each variety is read in many ways
+
+std::string damaged(std::string bytes, std::string_view signs, std::mt19937& random) {
     for (auto changes = random() % 4 + 1; changes > 0; --changes) {
         const size_t at = random() % bytes.size();
         const size_t count = std::min<size_t>(random() % 4 + 1, bytes.size() - at);
@@ -61,11 +69,11 @@ TEST(DamagedFormats, EndAlikeByEveryRoad) {
     std::mt19937 random(seed);
     // More rounds than a run of all tests has time for, when asked.
     const char* const more = std::getenv("DFDL_TEST_ROUNDS");
-    const int rounds = more == nullptr ? 40 : std::atoi(more);
+    const int rounds = more == nullptr ? 25 : std::atoi(more);
     for (const Sample& sample : SAMPLES) {
         const Grammar grammar = exampleGrammar(sample.example);
         ASSERT_NE(grammar, nullptr);
-        const std::string whole = exampleFile(sample.file);
+        const std::string whole = exampleFile(sample.file).substr(0, MOST_BYTES);
         for (int round = 0; round < rounds; ++round) {
             expectTheSameByEveryRoad(grammar.get(), sample, damaged(whole, sample.signs, random));
         }
