@@ -129,6 +129,49 @@ const Case PREFIXES[] = {
      "\xFF\xFF\xFF\xFF\1\2"s,
      {},
      "CTDP3000E"},
+    {"a negative prefix is a length",
+     [](GrammarBuilder& b, GrammarHandle r) { r.opaque("b").prefixed(b.number("one", "BYTE").bytes(1)); },
+     "\xFF\1\2"s,
+     {},
+     "CTDP3123E"},
+    {"a prefix is read as bytes whatever it is",
+     [](GrammarBuilder& b, GrammarHandle r) {
+         r.opaque("b").prefixed(b.number("digits", "INT").bytes(2).packed());
+         r.text("c").prefixed(b.number("bits", "UNSIGNEDSHORT").bits(16).alignBits(1));
+         r.text("d").prefixed(b.number("marked", "UNSIGNEDBYTE").bytes(1).initiator("L"));
+     },
+     "\x00\x2C\xAA\xBB\0\3xyzL\1d"s,
+     {"b=AABB", "c=xyz", "d=d"}},
+    {"characters are counted as bytes",
+     [](GrammarBuilder& b, GrammarHandle r) {
+         const GrammarHandle one = b.number("one", "UNSIGNEDBYTE").bytes(1);
+         r.text("a").prefixedCharacters(one);
+         r.text("b").prefixedCharacters(one).encoding("UTF-16BE");
+     },
+     "\3\xC3\xA4\xE2\x82\xACx\2\0y\0z"s,
+     {"a=\xC3\xA4\xE2\x82\xACx", "b=yz"}},
+    {"bits are counted as bytes",
+     [](GrammarBuilder& b, GrammarHandle r) {
+         const GrammarHandle four = b.number("four", "UNSIGNEDBYTE").bits(4).alignBits(1);
+         r.number("a", "UNSIGNEDSHORT").prefixedBits(four);
+         r.number("b", "SHORT").prefixedBits(four).alignBits(1);
+     },
+     "\xCF\xFF\x3A"s,
+     {"a=4095", "b=-3"}},
+    {"a number of prefixed length may be longer than its type",
+     [](GrammarBuilder& b, GrammarHandle r) {
+         r.number("a", "SHORT").prefixed(b.number("one", "UNSIGNEDBYTE").bytes(1));
+     },
+     "\3\0\0\1"s,
+     {},
+     "CTDP3162E"},
+    {"content that is damaged is taken for a prefix that is",
+     [](GrammarBuilder& b, GrammarHandle r) {
+         r.opaque("b").prefixed(b.number("digits", "INT").bytes(2).packed());
+     },
+     "\x0A\x2C\xAA\xBB"s,
+     {},
+     "CTDP3124E"},
     {"half a prefix is one",
      [](GrammarBuilder& b, GrammarHandle r) {
          r.text("b").prefixed(b.number("four", "UNSIGNEDINT").bytes(4));

@@ -71,7 +71,13 @@ class GrammarHandle {
     GrammarHandle implicitCharacters(int32_t count);
     GrammarHandle pattern(const std::string& expression);
     // The prefix is a global element of the same builder.
-    GrammarHandle prefixed(const GrammarHandle& prefix, bool includesItself = false);
+    GrammarHandle prefixed(const GrammarHandle& prefix, bool includesItself = false) {
+        return prefixed(BYTES, prefix, includesItself);
+    }
+    GrammarHandle prefixedBits(const GrammarHandle& prefix) { return prefixed(BITS, prefix, false); }
+    GrammarHandle prefixedCharacters(const GrammarHandle& prefix) {
+        return prefixed(CHARACTERS, prefix, false);
+    }
     GrammarHandle delimited() { return length(DELIMITED, CHARACTERS, -1); }
     GrammarHandle endOfParent() { return length(END_OF_PARENT, CHARACTERS, -1); }
 
@@ -131,6 +137,8 @@ class GrammarHandle {
 
     GrammarHandle length(PIF::MPIFEnums::MLengthKindEnum kind, PIF::MPIFEnums::MLengthUnitsEnum units,
                          int32_t count);
+    GrammarHandle prefixed(PIF::MPIFEnums::MLengthUnitsEnum units, const GrammarHandle& prefix,
+                           bool includesItself);
     GrammarHandle trim(const std::string& pad, PIF::MPIFEnums::MTextJustificationEnum justification);
     GrammarHandle occursKind(PIF::MPIFEnums::MOccursCountKindEnum kind);
     GrammarHandle group(PIF::MPIFEnums::MDFDLGroupTypeEnum kind, PIF::MPIFEnums::MPhysicalTypeEnum type);

@@ -88,8 +88,9 @@ GrammarHandle GrammarHandle::packed() {
     return *this;
 }
 
-GrammarHandle GrammarHandle::prefixed(const GrammarHandle& prefix, bool includesItself) {
-    length(Enums::PREFIXED, BYTES, -1);
+GrammarHandle GrammarHandle::prefixed(Enums::MLengthUnitsEnum units, const GrammarHandle& prefix,
+                                      bool includesItself) {
+    length(Enums::PREFIXED, units, -1);
     builder_->pif_.mutable_length_scheme_table()
         ->mutable_row(row().ilengthschemeid() - 1)
         ->set_iprefixincludesprefixlength(includesItself);
