@@ -95,14 +95,14 @@ TEST(DamagedBinary, LengthsThatLieAreErrorsAndNoMemory) {
         {"a blob shorter than its prefix", FILE, 8, "\0"s,
          "CTDP3123E: : the length taken from its prefix comes out as -1, which is negative."},
         {"a blob of 2 GiB", FILE, 34, "\x7F\xFF\xFF\xFF"s,
-         "CTDP3000E: blob4Big: the data needed at byte 38 goes beyond the end of the data or of the "
+         "CTDP3000E: blob4Big: the data needed at byte 89 goes beyond the end of the data or of the "
          "enclosing "
          "length."},
         {"a text of 4 GiB", FILE, 42, "\xFF\xFF\xFF\xFF"s,
          "CTDP3000E: text4Little: the data needed at byte 46 goes beyond the end of the data or of the "
          "enclosing length."},
         {"a packet of 4 GiB", "loopback.pcap", 36, "\xFF\xFF\xFF\xFF"s,
-         "CTDP3000E: data: the data needed at byte 40 goes beyond the end of the data or of the enclosing "
+         "CTDP3000E: data: the data needed at byte 872 goes beyond the end of the data or of the enclosing "
          "length."},
         {"a packet of nothing", "loopback.pcap", 36, "\0\0\0\0"s,
          "CTDP3059E: : the number of occurrences is 0, but must be at least 1."},
