@@ -197,6 +197,38 @@ TEST(Binary, ContentIsReadAsItsTypeSays) {
     for (const Case& entry : CASES) expectCase(entry);
 }
 
+TEST(Binary, MessagesNameWhatIsWrong) {
+    struct Message {
+        std::function<void(GrammarHandle)> describe;
+        std::string data, text;
+    };
+    const Message messages[] = {
+        {[](GrammarHandle r) { r.number("a", "UNSIGNEDBYTE").bytes(2).packed(); }, "\x99\x9C"s,
+         "CTDP3038E: Element a: the value 999 is outside the range of its type: 0 to 255."},
+        {[](GrammarHandle r) { r.number("a", "NONNEGATIVEINTEGER").bytes(2).packed(); }, "\x12\x3D"s,
+         "CTDP3038E: Element a: the value -123 is outside the range of its type: 0 and above."},
+        {[](GrammarHandle r) { r.number("a", "INTEGER").bytes(11).packed(); },
+         "\x12\x34\x56\x78\x90\x12\x34\x56\xB8\x90\x1C"s,
+         "CTDP3083E: Element a: X'1234567890123456B8901C' is not a number in the format packed; the half "
+         "byte B "
+         "at position 17, counted from 1, is not allowed there."},
+        {[](GrammarHandle r) { r.number("a", "DECIMAL").bytes(18).packed(); }, "012345678901234567"s,
+         "CTDP3150E: Element a: its field has room for 36 digits, but a binary number can have at most 34."},
+        {[](GrammarHandle r) { r.truth("a", 1, 0).bytes(2); }, "\1\2"s,
+         "CTDP3030E: Element a: the number 258 stands neither for true nor for false."},
+        {[](GrammarHandle r) { r.seconds("a", "DATETIME", "today"); }, "\1\2\1\2"s,
+         "CTDP3143E: Element a: its epoch 'today' is not a dateTime."},
+    };
+    for (const Message& entry : messages) {
+        GrammarBuilder builder;
+        entry.describe(builder.complexElement("r"));
+        const Grammar grammar(builder.load(), delete_DFDLGrammar);
+        ASSERT_NE(nullptr, grammar) << entry.text;
+        const ParserRun run = runEverywhere(grammar.get(), u"r", entry.data);
+        EXPECT_EQ(Values{entry.text}, run.diagnostics);
+    }
+}
+
 TEST(Binary, PrefixesGiveLengths) {
     for (const Case& entry : PREFIXES) expectCase(entry);
 }
