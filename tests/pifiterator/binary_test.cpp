@@ -134,6 +134,27 @@ const Case PREFIXES[] = {
      "\xFF\1\2"s,
      {},
      "CTDP3123E"},
+    {"the least number wraps round where a prefix counts itself",
+     [](GrammarBuilder& b, GrammarHandle r) {
+         r.opaque("b").prefixed(b.number("eight", "LONG").bytes(8), true);
+     },
+     "\x80\0\0\0\0\0\0\1xyz"s,
+     {},
+     "CTDP3123E"},
+    {"a length beyond 64 bits is none",
+     [](GrammarBuilder& b, GrammarHandle r) {
+         r.opaque("b").prefixed(b.number("nine", "NONNEGATIVEINTEGER").bytes(9));
+     },
+     "\1\0\0\0\0\0\0\0\0xyz"s,
+     {},
+     "CTDP3000E"},
+    {"an initiator of a prefix may be missing",
+     [](GrammarBuilder& b, GrammarHandle r) {
+         r.text("d").prefixed(b.number("marked", "UNSIGNEDBYTE").bytes(1).initiator("L"));
+     },
+     "X\1d"s,
+     {},
+     "CTDP3041E"},
     {"a prefix is read as bytes whatever it is",
      [](GrammarBuilder& b, GrammarHandle r) {
          r.opaque("b").prefixed(b.number("digits", "INT").bytes(2).packed());

@@ -136,7 +136,8 @@ class RandomRecord {
         const int kind = below(4);
         const bool included = below(3) == 0;
         const int length = often() ? below(20) : below(300);
-        const auto prefix = builder->number(name(), KINDS[kind]).bytes(SIZES[kind]);
+        const auto prefix =
+            often() ? builder->number(name(), KINDS[kind]).bytes(SIZES[kind]) : oddPrefix(builder);
         if (below(2) == 0) {
             group.text(name()).encoding("ISO-8859-1").trimRight("%SP;").prefixed(prefix, included);
         } else {
@@ -145,6 +146,19 @@ class RandomRecord {
         const int value = length + (included ? SIZES[kind] : 0);
         for (int byte = SIZES[kind] - 1; byte >= 0; --byte) append({static_cast<char>(value >> (8 * byte))});
         append(randomBytes(length));
+    }
+
+    // A prefix that seldom makes sense.
+    GrammarHandle oddPrefix(GrammarBuilder* builder) {
+        static constexpr const char* KINDS[] = {"FLOAT",   "DOUBLE",       "DECIMAL",
+                                                "INTEGER", "UNSIGNEDLONG", "DATE"};
+        auto prefix = builder->number(name(), KINDS[below(6)]);
+        below(3) == 0 ? prefix.bits(below(70)) : prefix.bytes(below(20));
+        builder->pif()
+            .mutable_binary_number_table()
+            ->mutable_row(prefix.row().iphysicaltypeindex())
+            ->set_ibinarynumberrepresentation(static_cast<Enums::MBinaryNumberRepEnum>(below(6)));
+        return prefix;
     }
 
     std::string randomBytes(int count) {

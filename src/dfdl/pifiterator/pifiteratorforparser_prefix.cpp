@@ -1,5 +1,6 @@
 // Lengths that stand before the content, in a field of a type of their own.
 #include "dfdl/buffer/buffermanager.h"
+#include "dfdl/foundation/dfdldecimal.h"
 #include "dfdl/foundation/dfdlpoolingfactory.h"
 #include "dfdl/foundation/tracehandleradapter.h"
 #include "dfdl/foundation/xsvalue.h"
@@ -61,11 +62,19 @@ void raiseUnreadable(PIFIteratorForParser* iterator, const ContextItemForParser*
 
 // A value beyond all positions is as good as the farthest: the data end before it.
 int64_t lengthOf(const DFDLValue* value) {
+    if (value->schemaType == TYPE_DECIMAL && !DFDLDecimal_fitsInSignedQValue(value->u.decimal.number))
+        return DFDLDecimal_signum(value->u.decimal.number) > 0 ? FARTHEST : INT64_MIN;
     UErrorCode status = U_ZERO_ERROR;
     const bool isUnsigned = value->schemaType >= TYPE_UNSIGNED_LONG;
     const int64_t length = DFDLValue_toSignedInt(value, &status);
     if (isUnsigned && length < 0) return FARTHEST;
     return length > FARTHEST ? FARTHEST : length;
+}
+
+// Of a length that counts its prefix; the least number stays what it is.
+int64_t lengthBehind(int64_t length, int64_t prefix) {
+    int64_t rest;
+    return __builtin_sub_overflow(length, prefix, &rest) ? INT64_MIN : rest;
 }
 
 bool checkLength(PIFIteratorForParser* iterator, const ContextItemForParser* item, int64_t length) {
@@ -91,7 +100,7 @@ bool PIFIteratorForParser_calculatePrefixedLength(PIFIteratorForParser* this_, c
     }
     int64_t result = lengthOf(value);
     DFDLPoolingFactory_releaseDFDLValue(this_->heap->poolingFactory, value);
-    if (row->lengthRow->iPrefixIncludesPrefixLength) result -= own;
+    if (row->lengthRow->iPrefixIncludesPrefixLength) result = lengthBehind(result, own);
     if (!checkLength(this_, item, result)) return false;
     if ((prefix->flags & GM_TERMINATOR) != 0) {
         // A prefix with a terminator has never given a length, whether the terminator is there or not.

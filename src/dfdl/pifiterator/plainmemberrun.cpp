@@ -55,7 +55,7 @@ int64_t readLength(const Run& run, const PlainMember& member) {
         !PlainNumber_read(&member.prefix, run.position, &length)) {
         return 0;
     }
-    return member.prefixIncludesItself ? length - member.prefix.bytes : length;
+    return member.prefixIncludesItself && length > 0 ? length - member.prefix.bytes : length;
 }
 
 bool findField(const Run& run, const RowPlan& plan, Field* field) {
