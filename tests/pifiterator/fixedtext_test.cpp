@@ -213,8 +213,6 @@ TEST(FixedText, TellsWhatIsWrong) {
 const std::pair<const char*, Describe> UNSUPPORTED[] = {
     {"pattern", [](GrammarHandle r) { r.text("a").pattern("a+"); }},
     {"choice", [](GrammarHandle r) { r.choice().text("a").bytes(1); }},
-    {"text number",
-     [](GrammarHandle r) { r.text("a").bytes(1).row().set_iphysicaltype(PIF::MPIFEnums::TEXT_NUMBER); }},
 };
 
 TEST(FixedText, NamesWhatItCannotParse) {

@@ -1,7 +1,7 @@
 #ifndef DFDL_CONVERTERS_TEXTCONVERTER_H
 #define DFDL_CONVERTERS_TEXTCONVERTER_H
 
-#include <unicode/utypes.h>
+#include <unicode/unum.h>
 
 #include <cstdint>
 #include <string_view>
@@ -14,6 +14,7 @@ struct DFDLConstants;
 struct DFDLUString;
 struct GroupMemberTableRow;
 struct ProcessingError;
+struct TextNumberTableRow;
 struct TextStringTableRow;
 
 // What is done with text around its conversion: counting, taking escapes out, padding. There is no object.
@@ -33,6 +34,13 @@ DFDLUString* TextConverter_doJustification(DFDLUString* text, const TextStringTa
 DFDLUString* TextConverter_createStringFromByteArray(DFDLCharset* charset, const uint8_t* bytes,
                                                      int64_t offset, int64_t length, ProcessingError* error,
                                                      DFDLHeapAdapter* heap);
+
+// Readies the text of a number for its format: takes white space off where checks are lax, and gives the
+// character of an exponent the case that the format has. Where case counts, another one is an error. Adopts
+// the text; null with the error.
+DFDLUString* TextConverter_preprocessCheckPolicy(DFDLUString* text, const TextNumberTableRow* row,
+                                                 const UNumberFormat* format, bool ignoreCase,
+                                                 ProcessingError* error, DFDLHeapAdapter* heap);
 
 // Takes the escapes out of a field's raw text. Only removal happens, so it is done in place: the result is
 // the text. What counts as an escape is what the scanner took for one when it looked for the field's end.

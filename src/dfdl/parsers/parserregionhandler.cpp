@@ -1,11 +1,13 @@
 #include "dfdl/parsers/parserregionhandler.h"
 
 #include "dfdl/buffer/buffermanager.h"
+#include "dfdl/converters/textnumberformatmgr.h"
 #include "dfdl/foundation/context.h"
 #include "dfdl/foundation/dfdldecimal.h"
 #include "dfdl/foundation/processingerror.h"
 #include "dfdl/pif/alignmenttable.h"
 #include "dfdl/pif/groupmembertable.h"
+#include "dfdl/pif/spif.h"
 #include "dfdl/pifiterator/contextitemforparser.h"
 #include "dfdl/pifiterator/pifiteratorforparser.h"
 
@@ -66,16 +68,26 @@ ParserRegionHandler* new_ParserRegionHandler(DFDLHeapAdapter* heap, DFDLConstant
     this_->charsetManager = charsetManager;
     this_->trace = trace;
     this_->scratchDecimal = new_DFDLDecimal(heap, constants);
+    this_->numberFormats = new_TextNumberFormatMgr(heap, false);
     return this_;
 }
 
 void delete_ParserRegionHandler(ParserRegionHandler* this_) {
     if (this_ == nullptr) return;
+    delete_TextNumberFormatMgr(this_->numberFormats);
     delete_DFDLDecimal(this_->scratchDecimal);
     DFDLHeapAdapter_objectDeallocate(this_->heap, this_);
 }
 
-void ParserRegionHandler_setPIF(ParserRegionHandler* this_, const sPIF* pif) { this_->pif = pif; }
+void ParserRegionHandler_setPIF(ParserRegionHandler* this_, const sPIF* pif) {
+    this_->pif = pif;
+    this_->numberFormats->table = pif == nullptr ? nullptr : pif->textNumberTable;
+    TextNumberFormatMgr_reset(this_->numberFormats, false);
+}
+
+void ParserRegionHandler_startDocument(ParserRegionHandler* this_) {
+    TextNumberFormatMgr_reset(this_->numberFormats, true);
+}
 
 bool ParserRegionHandler_handleLeadingAlignment(ParserRegionHandler* this_, ContextItemForParser* item) {
     const AlignmentTableRow* row = item->row->alignmentRow;

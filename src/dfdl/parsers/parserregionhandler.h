@@ -2,6 +2,7 @@
 #define DFDL_PARSERS_PARSERREGIONHANDLER_H
 
 #include <cstdint>
+#include <string_view>
 
 #include "dfdl/converters/calendarepoch.h"
 #include "dfdl/foundation/dfdlheapadapter.h"
@@ -20,6 +21,8 @@ struct DelimitedScannerBytes;
 struct GroupMemberTableRow;
 struct PIFIteratorForParser;
 struct StringLiteralCache;
+struct NumberFormatCacheEntry;
+struct TextNumberFormatMgr;
 struct TextStringTableRow;
 struct TraceHandlerAdapter;
 struct sPIF;
@@ -40,6 +43,7 @@ struct ParserRegionHandler {
     PIFIteratorForParser* pifIterator;
     TraceHandlerAdapter* trace;
     DFDLDecimal* scratchDecimal;  // of the conversion at hand
+    TextNumberFormatMgr* numberFormats;
     // The epoch that was read last and its text, which is the grammar's; null before.
     const DFDLUString* epochText;
     CalendarEpoch epoch;
@@ -50,6 +54,8 @@ ParserRegionHandler* new_ParserRegionHandler(DFDLHeapAdapter* heap, DFDLConstant
                                              CharsetManager* charsetManager, TraceHandlerAdapter* trace);
 void delete_ParserRegionHandler(ParserRegionHandler* this_);
 void ParserRegionHandler_setPIF(ParserRegionHandler* this_, const sPIF* pif);
+// What held for the last document is forgotten.
+void ParserRegionHandler_startDocument(ParserRegionHandler* this_);
 inline bool ParserRegionHandler_isEnabledValidation(const ParserRegionHandler* this_) {
     return this_->validationEnabled != 0;
 }
@@ -127,6 +133,53 @@ DFDLValue* ParserRegionHandler_convertBinaryNumber(ParserRegionHandler* this_, c
 DFDLValue* ParserRegionHandler_convertBinaryBoolean(ParserRegionHandler* this_,
                                                     const GroupMemberTableRow* row, const uint8_t* bytes,
                                                     int64_t count);
+
+// A number that has been read from text.
+enum ParsedNumberForm : int32_t { PARSED_WORD, PARSED_DECIMAL, PARSED_DOUBLE };
+struct ParsedNumber {
+    ParsedNumberForm form;
+    int64_t word;
+    double real;
+    DFDLDecimal* decimal;  // the handler's scratch
+};
+// Adopts the text. Null with an error.
+DFDLValue* ParserRegionHandler_handleSimpleContent_TextNumber(ParserRegionHandler* this_,
+                                                              const GroupMemberTableRow* row,
+                                                              DFDLUString* text);
+// Each reads the whole text, or raises the error of where it stopped and returns false. A zero that the text
+// may have been padded with is left out at first.
+bool ParserRegionHandler_createNumberFromText(ParserRegionHandler* this_, const DFDLUString* text,
+                                              const NumberFormatCacheEntry* entry, NumberBaseEnum base,
+                                              ParsedNumber* number, const GroupMemberTableRow* row);
+// `parsed` is what has been taken for the number.
+bool ParserRegionHandler_createDoubleFromText(ParserRegionHandler* this_, const DFDLUString* text,
+                                              const NumberFormatCacheEntry* entry, NumberBaseEnum base,
+                                              double* value, const GroupMemberTableRow* row,
+                                              std::u16string_view* parsed);
+bool ParserRegionHandler_createDecimalFromText(ParserRegionHandler* this_, const DFDLUString* text,
+                                               const NumberFormatCacheEntry* entry, NumberBaseEnum base,
+                                               DFDLDecimal* decimal, const GroupMemberTableRow* row);
+// Digits of a radix behind an optional "-". A number that no signed word holds comes in the decimal.
+bool ParserRegionHandler_parseLong(ParserRegionHandler* this_, const DFDLUString* text, int32_t radix,
+                                   ParsedNumber* number, const GroupMemberTableRow* row);
+// The value of the row's type; null with an error if the type has none for the number.
+DFDLValue* ParserRegionHandler_buildDFDLValueFromNumber(ParserRegionHandler* this_,
+                                                        const ParsedNumber& number, const DFDLUString* text,
+                                                        const GroupMemberTableRow* row);
+// A value that an expression has made becomes one of the row's type. Null with an error if it is of another
+// kind; the value is the caller's then.
+DFDLValue* ParserRegionHandler_setSchemaType(ParserRegionHandler* this_, DFDLValue* value,
+                                             const GroupMemberTableRow* row);
+
+// Integers of the row's type, from a word, which of unsigned types holds the bits, and from the scratch
+// decimal. Null with an error if it is out of range.
+DFDLValue* ParserRegionHandler_integerFromWord(ParserRegionHandler* this_, const GroupMemberTableRow* row,
+                                               int64_t word);
+DFDLValue* ParserRegionHandler_integerFromDecimal(ParserRegionHandler* this_, const GroupMemberTableRow* row);
+DFDLValue* ParserRegionHandler_decimalValue(ParserRegionHandler* this_,
+                                            const GroupMemberTableRow* row);  // of the scratch decimal
+void ParserRegionHandler_raiseOutOfRange(ParserRegionHandler* this_, const GroupMemberTableRow* row,
+                                         const DFDLUString* number);
 
 // The value, if it may be one of the row's: where values are validated, one that fails goes and null comes,
 // with the error. Null stays null.

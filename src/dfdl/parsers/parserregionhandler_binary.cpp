@@ -18,63 +18,6 @@ namespace {
 
 // ---- Numbers -------------------------------------------------------------------------------------------
 
-const UChar* rangeOf(ParserRegionHandler* handler, const BinaryField& field) {
-    return TracehandlerAdapter_returnRangeAsString(handler->trace, field.simpleType);
-}
-
-DFDLValue* wordValue(ParserRegionHandler* handler, const BinaryField& field, int64_t word) {
-    DFDLPoolingFactory* pools = handler->heap->poolingFactory;
-    const auto kind = static_cast<DFDLType>(DFDLType_getTypeFromDFDLSimpleType(field.simpleType));
-    return field.simpleType < SIMPLE_UNSIGNED_LONG
-               ? DFDLPoolingFactory_getSignedValue(pools, kind, word)
-               : DFDLPoolingFactory_getUnsignedValue(pools, kind, static_cast<uint64_t>(word));
-}
-
-DFDLValue* checkedWord(ParserRegionHandler* handler, const BinaryField& field, int64_t word) {
-    if (BinaryNumberConverter_checkIntegerRange(word, field.simpleType)) {
-        return wordValue(handler, field, word);
-    }
-    ProcessingError_setValues(handler->context->currentError, __FILE__, __LINE__,
-                              DFDLParser_numValueOutOfRange, ERROR_PROCESSING, SUBKIND_NONE, "%lld%Z%S",
-                              static_cast<long long>(word), GroupMemberTableRow_getElementName(field.element),
-                              rangeOf(handler, field));
-    return nullptr;
-}
-
-void raiseOutOfRange(ParserRegionHandler* handler, const BinaryField& field, const DFDLDecimal* number) {
-    UErrorCode status = U_ZERO_ERROR;
-    const Owned<DFDLUString, delete_DFDLUString> text(
-        DFDLDecimal_getDecimalInUString(number, &status, handler->heap));
-    ProcessingError_setValues(handler->context->currentError, __FILE__, __LINE__,
-                              DFDLParser_numValueOutOfRange, ERROR_PROCESSING, SUBKIND_NONE, "%Z%Z%S",
-                              text.get(), GroupMemberTableRow_getElementName(field.element),
-                              rangeOf(handler, field));
-}
-
-DFDLValue* decimalValue(ParserRegionHandler* handler, const BinaryField& field) {
-    DFDLDecimal* copy = DFDLDecimal_copy(handler->scratchDecimal, handler->heap);
-    DFDLValue* value = DecimalDV_createDFDLValue(handler->heap, copy);
-    DecimalDV_setModelSchemaType(value, static_cast<uint32_t>(field.simpleType));
-    return value;
-}
-
-// A word again where the number fits one.
-DFDLValue* checkedDecimal(ParserRegionHandler* handler, const BinaryField& field) {
-    DFDLDecimal* number = handler->scratchDecimal;
-    if (!BinaryNumberConverter_checkDecimalRange(number, field.simpleType)) {
-        raiseOutOfRange(handler, field, number);
-        return nullptr;
-    }
-    if (field.simpleType < SIMPLE_UNSIGNED_LONG) {
-        return DFDLDecimal_fitsInSignedQValue(number)
-                   ? wordValue(handler, field, DFDLDecimal_getSignedQValue(number))
-                   : decimalValue(handler, field);
-    }
-    return DFDLDecimal_fitsInUnsignedQValue(number)
-               ? wordValue(handler, field, static_cast<int64_t>(DFDLDecimal_getUnsignedQValue(number)))
-               : decimalValue(handler, field);
-}
-
 // Whether the number is read to a word. Of types that may be larger than one those are that a word must hold
 // for certain, and of which none could be negative and yet have no sign.
 bool isWord(const BinaryField& field) {
@@ -93,13 +36,14 @@ DFDLValue* readInteger(ParserRegionHandler* handler, const BinaryField& field) {
                           : BinaryNumberConverter_createBigIntegerFromBinary(&field, handler->scratchDecimal,
                                                                              &word, &inDecimal);
     if (!good) return nullptr;
-    return inDecimal ? checkedDecimal(handler, field) : checkedWord(handler, field, word);
+    return inDecimal ? ParserRegionHandler_integerFromDecimal(handler, field.element)
+                     : ParserRegionHandler_integerFromWord(handler, field.element, word);
 }
 
 DFDLValue* readDecimal(ParserRegionHandler* handler, const BinaryField& field) {
     DFDLDecimal_clear(handler->scratchDecimal);
     if (!BinaryNumberConverter_createDecimalFromBinary(&field, handler->scratchDecimal)) return nullptr;
-    return decimalValue(handler, field);
+    return ParserRegionHandler_decimalValue(handler, field.element);
 }
 
 template <class Number, auto Read, auto Wrap>

@@ -103,13 +103,24 @@ bool confirmAbsence(PIFIteratorForParser* iterator, ContextItemForParser* item) 
     return false;
 }
 
+using ConvertText = DFDLValue* (*)(ParserRegionHandler*, const GroupMemberTableRow*, DFDLUString*);
+
+ConvertText textConverter(int32_t physicalType) {
+    switch (physicalType) {
+        case TEXT_NUMBER:
+            return ParserRegionHandler_handleSimpleContent_TextNumber;
+        case TEXT_BOOLEAN:
+            return ParserRegionHandler_handleSimpleContent_TextBoolean;
+        default:
+            return ParserRegionHandler_handleSimpleContent_TextString;
+    }
+}
+
 DFDLValue* convertText(PIFIteratorForParser* iterator, const ContextItemForParser* item) {
     DFDLUString* text = iterator->extractedText;
     iterator->extractedText = nullptr;
-    ParserRegionHandler* handler = iterator->parserRegionHandler;
-    return item->row->iPhysicalType == TEXT_BOOLEAN
-               ? ParserRegionHandler_handleSimpleContent_TextBoolean(handler, item->row, text)
-               : ParserRegionHandler_handleSimpleContent_TextString(handler, item->row, text);
+    const ConvertText convert = textConverter(item->row->iPhysicalType);
+    return convert(iterator->parserRegionHandler, item->row, text);
 }
 
 using ConvertBlock = DFDLValue* (*)(ParserRegionHandler*, const GroupMemberTableRow*, uint8_t*, int64_t);

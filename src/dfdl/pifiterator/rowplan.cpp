@@ -41,14 +41,13 @@ int32_t itemKind(const GroupMemberTableRow& row) {
 const char* unsupportedContent(int32_t physicalType) {
     switch (physicalType) {
         case TEXT_STRING:
+        case TEXT_NUMBER:
         case TEXT_BOOLEAN:
         case BINARY_NUMBER:
         case BINARY_BOOLEAN:
         case BINARY_CALENDAR:
         case BINARY_OPAQUE:
             return nullptr;
-        case TEXT_NUMBER:
-            return "a text number";
         case TEXT_CALENDAR:
             return "a text calendar";
         default:
