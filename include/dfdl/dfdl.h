@@ -158,7 +158,8 @@ typedef void (*DFDLElementFloatValueCallback)(DFDLDocHandler* handler, float val
 typedef void (*DFDLElementDoubleValueCallback)(DFDLDocHandler* handler, double value, uint32_t type);
 typedef void (*DFDLElementDecimalValueCallback)(
     DFDLDocHandler* handler, const char* digits, int32_t length,
-    uint32_t type); /* ASCII text; also integers beyond the other callbacks */
+    uint32_t type); /* ASCII text, of a decimal possibly with an exponent ("1E+2"); also integers beyond the
+                     * other callbacks, with an exponent only where it stands for more than 65,536 zeros */
 typedef void (*DFDLElementBooleanValueCallback)(DFDLDocHandler* handler, DFDLBoolean value, uint32_t type);
 typedef void (*DFDLElementByteValueCallback)(DFDLDocHandler* handler, int8_t value, uint32_t type);
 typedef void (*DFDLElementCalendarValueCallback)(DFDLDocHandler* handler, const DFDLCalendar* calendar,
