@@ -85,7 +85,7 @@ TEST(DamagedBinary, LengthsThatLieAreErrorsAndNoMemory) {
          "CTDP3000E: record: the data needed at byte 89 goes beyond the end of the data or of the enclosing "
          "length."},
         {"a record shorter than its prefix", FILE, 0, "\0\0\0\3"s,
-         "CTDP3123E: : the length taken from its prefix comes out as -1, which is negative."},
+         "CTDP3123E: /file/record: the length taken from its prefix comes out as -1, which is negative."},
         {"a record that ends within its first text", FILE, 0, "\0\0\0\6"s,
          "CTDP3000E: text1: the data needed at byte 8 goes beyond the end of the data or of the enclosing "
          "length."},
@@ -93,7 +93,8 @@ TEST(DamagedBinary, LengthsThatLieAreErrorsAndNoMemory) {
          "CTDP3000E: text1: the data needed at byte 69 goes beyond the end of the data or of the enclosing "
          "length."},
         {"a blob shorter than its prefix", FILE, 8, "\0"s,
-         "CTDP3123E: : the length taken from its prefix comes out as -1, which is negative."},
+         "CTDP3123E: /file/record/blob1: the length taken from its prefix comes out as -1, which is "
+         "negative."},
         {"a blob of 2 GiB", FILE, 34, "\x7F\xFF\xFF\xFF"s,
          "CTDP3000E: blob4Big: the data needed at byte 89 goes beyond the end of the data or of the "
          "enclosing "
@@ -105,7 +106,7 @@ TEST(DamagedBinary, LengthsThatLieAreErrorsAndNoMemory) {
          "CTDP3000E: data: the data needed at byte 872 goes beyond the end of the data or of the enclosing "
          "length."},
         {"a packet of nothing", "loopback.pcap", 36, "\0\0\0\0"s,
-         "CTDP3059E: : the number of occurrences is 0, but must be at least 1."},
+         "CTDP3059E: /file/packet/data: the number of occurrences is 0, but must be at least 1."},
     };
     for (const Lie& lie : lies) {
         const bool packets = lie.file != FILE;
