@@ -13,19 +13,19 @@ using Enums = PIF::MPIFEnums;
 
 // list: "(" then an optional text, unless each list must hold one, then lists, then ")". The inner list is
 // the outer one again.
-Grammar lists(int32_t least, int32_t most) {
+Grammar lists(int32_t least, int32_t most, const std::string& name = "list") {
     GrammarBuilder builder;
-    auto list = builder.complexElement("list").initiator("(").terminator(")");
+    auto list = builder.complexElement(name).initiator("(").terminator(")");
     if (least == 0)
         list.text("text").delimited().initiator("'").terminator("'").occurs(0, 1).occursImplicit();
-    auto inner = list.complexElement("list").initiator("(").terminator(")");
+    auto inner = list.complexElement(name).initiator("(").terminator(")");
     inner.occurs(least, most).occursImplicit().text("gone").delimited();
     PIF::MPIF& pif = builder.pif();
     PIF::MGroupMemberTable* members = pif.mutable_group_member_table();
     const int32_t outer = pif.element_table().row(0).group_id();
     for (PIF::MGroupMemberTableRow& row : *members->mutable_row()) {
         const int32_t element = row.child_element_id();
-        if (element == -1 || pif.element_table().row(element).name() != "list") continue;
+        if (element == -1 || pif.element_table().row(element).name() != name) continue;
         row.set_child_group_id(outer);
         pif.mutable_element_table()->mutable_row(element)->set_group_id(outer);
     }
@@ -59,6 +59,17 @@ TEST(NestedLists, EndInAnErrorWhereTheyAreNotClosed) {
         EXPECT_FALSE(run.parsed) << depth;
         EXPECT_EQ(run.codes(), std::vector<std::string>{"CTDP3042E"}) << depth << '\n' << run;
     }
+}
+
+// Each level fails for want of its end and is undone. The path of the innermost alone takes more memory than
+// the run may ask for at once.
+TEST(NestedLists, MakeNoPathsForFailuresThatAreUndone) {
+    const std::u16string name(3000, u'l');
+    const Grammar grammar = lists(0, -1, std::string(name.size(), 'l'));
+    ASSERT_NE(grammar, nullptr);
+    const ParserRun run = runParser(grammar.get(), name, std::string(1000, '('));
+    EXPECT_EQ(run.codes(), std::vector<std::string>{"CTDP3042E"}) << run;
+    EXPECT_NE(run.diagnostics.at(0).find("/" + std::string(name.size(), 'l') + "[1]"), std::string::npos);
 }
 
 TEST(NestedLists, EndInAnErrorWhereTheyNestForEver) {

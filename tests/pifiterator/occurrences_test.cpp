@@ -5,6 +5,10 @@
 #include <memory>
 #include <string>
 
+#include "dfdl/foundation/dfdlustring.h"
+#include "dfdl/pif/groupmembertable.h"
+#include "dfdl/pif/grouptable.h"
+#include "dfdl/pif/spif.h"
 #include "support/grammarbuilder.h"
 #include "support/parserrun.h"
 
@@ -112,6 +116,24 @@ TEST(Occurrences, TakeAnEmptyOptionalElementBack) {
     });
     const ParserRun run = runEverywhere(grammar.get(), u"r", "\xE9");
     EXPECT_EQ(std::string::npos, run.text().find(R"("name":"g")")) << run;
+}
+
+// No file says that a group is hidden, so the row is told here.
+TEST(Occurrences, HideNothingOnceAHiddenGroupHasFailedOrClosed) {
+    const Grammar grammar = grammarOf([](GrammarHandle r) {
+        auto outer = r.complexElement("o").occurs(0, -1).occursParsed();
+        ascii(outer.sequence(), "hidden");
+        ascii(outer, "a");
+        latin(r, "b");
+    });
+    for (int32_t index = 0; index < Table_size(grammar->groupMemberTable); ++index) {
+        GroupMemberTableRow* row = Table_at(grammar->groupMemberTable, index);
+        const GroupTableRow* content = row->elementRow == nullptr ? row->groupRow : nullptr;
+        if (content == nullptr || content->firstMember == nullptr) continue;
+        const DFDLUString* member = GroupMemberTableRow_getElementName(content->firstMember);
+        GroupMemberTableRow_setIsHidden(row, member != nullptr && DFDLUString_view(member) == u"hidden");
+    }
+    EXPECT_EQ((Values{"a=y", "b=\xC3\xA9"}), runEverywhere(grammar.get(), u"r", "xy\xE9").values());
 }
 
 TEST(Occurrences, AreRequiredUpToTheirMinimum) {

@@ -117,6 +117,7 @@ void failGroup(ContextItemForParser* group) {
     retainError(group);
     ProcessingError* failed = group->retainedError;
     if (failed->subKind == SUBKIND_ASSERT && failed->row == group->row) failed->row = nullptr;
+    PIFIteratorForParser_leaveHidden(group->iterator, group);
     ContextItemForParser_handleProcessingError(group);
 }
 

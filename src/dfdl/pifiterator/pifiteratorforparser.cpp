@@ -12,6 +12,7 @@
 #include "dfdl/pifiterator/backtrackingmanager.h"
 #include "dfdl/pifiterator/rowplan.h"
 #include "dfdl/processor/dfdlparserimpl.h"
+#include "dfdl/processor/errorhandlereventbuffer.h"
 
 namespace {
 
@@ -228,6 +229,13 @@ bool PIFIteratorForParser_raiseEndOfScope(PIFIteratorForParser* this_, const Gro
                               DFDLParser_endOfDataForParentStructure, ERROR_PROCESSING, SUBKIND_LACK_OF_DATA,
                               "%Z", row->scdText);
     return true;
+}
+
+const DFDLUString* PIFIteratorForParser_getPathForError(PIFIteratorForParser* this_,
+                                                        ContextItemForParser* item) {
+    const int32_t own = item->checkPoint == nullptr ? 0 : 1;
+    const bool attempted = this_->backtrackingManager->errorEventBuffer->holdLevel > own;
+    return attempted && this_->context->userTraceOn == 0 ? nullptr : ContextItem_getXPath(item);
 }
 
 void PIFIteratorForParser_forgetEndOfData(PIFIteratorForParser* this_) {

@@ -102,6 +102,11 @@ bool PIFIteratorForParser_isDataExhausted(PIFIteratorForParser* this_);
 // If data are left but the scope is at its end, raises that the enclosing structure is too short; true then.
 bool PIFIteratorForParser_raiseEndOfScope(PIFIteratorForParser* this_, const GroupMemberTableRow* row);
 
+// The item's path, for a processing error that it raises. Null below an open point of uncertainty, unless
+// somebody listens: the failure is undone there, and a path that nobody reads would cost more with each level
+// of nesting.
+const DFDLUString* PIFIteratorForParser_getPathForError(PIFIteratorForParser* this_,
+                                                        ContextItemForParser* item);
 // Raises that the walk would go on without the data.
 void PIFIteratorForParser_raiseEndless(PIFIteratorForParser* this_, const GroupMemberTableRow* row);
 
@@ -147,6 +152,9 @@ void PIFIteratorForParser_ComplexElement_close(PIFIteratorForParser* this_, Cont
 bool PIFIteratorForParser_processElementInitiatorRegion(PIFIteratorForParser* this_,
                                                         ContextItemForParser* item);
 void PIFIteratorForParser_raiseMissingInitiator(PIFIteratorForParser* this_, ContextItemForParser* item);
+// The same of a row that is part of the item without an item of its own.
+void PIFIteratorForParser_raiseMissingInitiatorOf(PIFIteratorForParser* this_, ContextItemForParser* item,
+                                                  const GroupMemberTableRow* row);
 bool PIFIteratorForParser_processTerminatorRegion(PIFIteratorForParser* this_, ContextItemForParser* item);
 // Decides an enclosing point of uncertainty where a found initiator does so.
 void PIFIteratorForParser_resolveInitiatedPOI(PIFIteratorForParser* this_, ContextItemForParser* item);
@@ -160,6 +168,8 @@ bool PIFIteratorForParser_STATE_CHECK_UNEXPECTED_SEPARATOR(PIFIteratorForParser*
 
 // Groups.
 void PIFIteratorForParser_group_open(PIFIteratorForParser* this_, ContextItemForParser* group);
+// A group that has been opened is open no longer, whether it has been closed or has failed.
+void PIFIteratorForParser_leaveHidden(PIFIteratorForParser* this_, const ContextItemForParser* group);
 void PIFIteratorForParser_group_selectNextSequenceMember(PIFIteratorForParser* this_,
                                                          ContextItemForParser* group);
 void PIFIteratorForParser_group_selectNextUnorderedMember(PIFIteratorForParser* this_,

@@ -52,7 +52,7 @@ void raiseMissingTerminator(PIFIteratorForParser* iterator, ContextItemForParser
         iterator->context->currentError, __FILE__, __LINE__,
         isGroup(item) ? DFDLParser_missingTerminatorGroup : DFDLParser_missingTerminator, ERROR_PROCESSING,
         SUBKIND_NONE, "%Z%lld%Z", PIFPhysicalPropertyHelper_getTerminatorProperty(item->row),
-        bytePosition(iterator), ContextItem_getXPath(item));
+        bytePosition(iterator), PIFIteratorForParser_getPathForError(iterator, item));
 }
 
 void raiseForElement(PIFIteratorForParser* iterator, const ContextItemForParser* item, const char* key) {
@@ -166,11 +166,16 @@ bool goWithoutTerminator(PIFIteratorForParser* iterator, ContextItemForParser* i
 }  // namespace
 
 void PIFIteratorForParser_raiseMissingInitiator(PIFIteratorForParser* this_, ContextItemForParser* item) {
-    ProcessingError_setValues(this_->context->currentError, __FILE__, __LINE__,
-                              isGroup(item) ? DFDLParser_missingInitiatorGroup : DFDLParser_missingInitiator,
-                              ERROR_PROCESSING, SUBKIND_NONE, "%Z%lld%Z",
-                              PIFPhysicalPropertyHelper_getInitiatorProperty(item->row), bytePosition(this_),
-                              ContextItem_getXPath(item));
+    PIFIteratorForParser_raiseMissingInitiatorOf(this_, item, item->row);
+}
+
+void PIFIteratorForParser_raiseMissingInitiatorOf(PIFIteratorForParser* this_, ContextItemForParser* item,
+                                                  const GroupMemberTableRow* row) {
+    ProcessingError_setValues(
+        this_->context->currentError, __FILE__, __LINE__,
+        row->elementRow == nullptr ? DFDLParser_missingInitiatorGroup : DFDLParser_missingInitiator,
+        ERROR_PROCESSING, SUBKIND_NONE, "%Z%lld%Z", PIFPhysicalPropertyHelper_getInitiatorProperty(row),
+        bytePosition(this_), PIFIteratorForParser_getPathForError(this_, item));
 }
 
 void PIFIteratorForParser_resolveInitiatedPOI(PIFIteratorForParser* this_, ContextItemForParser* item) {

@@ -20,9 +20,9 @@ OccursCountKindEnum countKind(const GroupMemberTableRow* row) {
 void traceAbsent(PIFIteratorForParser* iterator, ContextItemForParser* member, const char* kind) {
     if (iterator->context->userTraceOn == 0) return;
     const UChar* name = TraceHandlerAdapter_getNameForRow(iterator->traceAdapter, member->row);
-    const TraceSubject subject;
     TraceHandlerAdapter_userTraceInfo(
-        iterator->traceAdapter, subject, ut_DFDLParser_occurrenceNotFoundInData, "%D%S%i%s",
+        iterator->traceAdapter, member->row, ContextItem_getXPath(member),
+        ut_DFDLParser_occurrenceNotFoundInData, "%D%S%i%s",
         static_cast<long long>(BufferManager_bytePosition(iterator->bufferManager)), name,
         member->occurrences, kind);
 }

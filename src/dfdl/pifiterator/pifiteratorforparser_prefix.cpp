@@ -21,9 +21,18 @@ long long bytePosition(const PIFIteratorForParser* iterator) {
     return static_cast<long long>(BufferManager_bytePosition(iterator->bufferManager));
 }
 
-bool takeInitiator(PIFIteratorForParser* iterator, const GroupMemberTableRow* prefix) {
+bool takeInitiator(PIFIteratorForParser* iterator, ContextItemForParser* item,
+                   const GroupMemberTableRow* prefix) {
+    ProcessingError* error = iterator->context->currentError;
     if ((prefix->flags & GM_INITIATOR) == 0) return true;
-    if (!ParserRegionHandler_handleInitiatorRegion(iterator->parserRegionHandler, prefix)) return false;
+    if (!ParserRegionHandler_handleInitiatorRegion(iterator->parserRegionHandler, prefix)) {
+        // The handler knows neither list nor path.
+        if (ProcessingError_hasKey(error, DFDLParser_missingInitiator)) {
+            ProcessingError_reset(error);
+            PIFIteratorForParser_raiseMissingInitiatorOf(iterator, item, prefix);
+        }
+        return false;
+    }
     const DelimitedScannerBytes* scanner = iterator->delimitedScanner;
     return PIFIteratorForParser_consumeMarkup(iterator, prefix, scanner->matchedLiteral,
                                               scanner->matchedLength);
@@ -91,7 +100,7 @@ bool PIFIteratorForParser_calculatePrefixedLength(PIFIteratorForParser* this_, c
                                                   ContextItemForParser* item, int64_t* length) {
     const GroupMemberTableRow* prefix = row->lengthRow->prefixElement->globalMember;
     int64_t own = 0;
-    if (!takeInitiator(this_, prefix)) return false;
+    if (!takeInitiator(this_, item, prefix)) return false;
     if (PIFIteratorForParser_calculateElementLength(this_, prefix, item, &own) != 1) return false;
     DFDLValue* value = readPrefix(this_, prefix, own);
     if (value == nullptr) {

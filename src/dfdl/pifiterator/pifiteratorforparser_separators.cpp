@@ -20,7 +20,7 @@ void raiseMissingSeparator(PIFIteratorForParser* iterator, ContextItemForParser*
     ProcessingError_setValues(iterator->context->currentError, __FILE__, __LINE__,
                               DFDLParser_missingSeparator, ERROR_PROCESSING, SUBKIND_NONE, "%Z%lld%Z",
                               PIFPhysicalPropertyHelper_getSeparatorProperty(group->row),
-                              bytePosition(iterator), ContextItem_getXPath(group));
+                              bytePosition(iterator), PIFIteratorForParser_getPathForError(iterator, group));
 }
 
 // Whether the delimiter is a separator of the group itself.
@@ -146,6 +146,6 @@ bool PIFIteratorForParser_STATE_CHECK_UNEXPECTED_SEPARATOR(PIFIteratorForParser*
                               DFDLParser_UnexpectedPostfixSeparator, ERROR_PROCESSING, SUBKIND_NONE,
                               "%Z%lld%Z%S%Z", GroupMemberTableRow_getGroupName(row), bytePosition(this_),
                               literal->text, TraceHandlerAdapter_getNameForRow(this_->traceAdapter, last),
-                              ContextItem_getXPath(group));
+                              PIFIteratorForParser_getPathForError(this_, group));
     return false;
 }

@@ -95,7 +95,7 @@ bool undoFailedMember(PIFIteratorForParser* iterator, ContextItemForParser* grou
     }
     if (group->checkPoint == nullptr || context->currentError->kind == ERROR_SCHEMA_DEFINITION) return false;
     PIFIteratorForParser_STATE_BACKTRACK_TO_CHECKPOINT(iterator, group);
-    PIFIteratorForParser_STATE_RELEASE_CHECKPOINT(iterator, group);
+    ContextItemForParser_releaseCheckPoint(group);
     ProcessingError_reset(context->currentError);
     group->retainedError = nullptr;
     return true;
@@ -109,6 +109,10 @@ const GroupMemberTableRow* PIFIteratorForParser_nextCandidate(PIFIteratorForPars
     if (group->selectedChild == nullptr) return ContextItemForParser_firstMemberRow(group);
     if (!PIFIteratorForParser_endOfArray(this_, group)) return group->selectedChild->row;
     return group->functions->getNextSiblingToParse(group);
+}
+
+void PIFIteratorForParser_leaveHidden(PIFIteratorForParser* this_, const ContextItemForParser* group) {
+    if (isHidden(group)) --this_->hiddenDepth;
 }
 
 void PIFIteratorForParser_group_open(PIFIteratorForParser* this_, ContextItemForParser* group) {
@@ -236,8 +240,9 @@ void PIFIteratorForParser_group_close(PIFIteratorForParser* this_, ContextItemFo
         DocHandlerEventBuffer_groupEnd(this_->eventBuffer, group->row->scdText,
                                        BufferManager_bytePosition(this_->bufferManager));
     }
-    if (isHidden(group)) --this_->hiddenDepth;
     ContextItemForParser_close(group);
     ContextItemForParser_setOrderedChild(group, nullptr);
-    if (!PIFIteratorForParser_hasFailed(this_)) PIFIteratorForParser_pop(this_);
+    if (PIFIteratorForParser_hasFailed(this_)) return;
+    PIFIteratorForParser_leaveHidden(this_, group);
+    PIFIteratorForParser_pop(this_);
 }
