@@ -21,6 +21,7 @@ struct Case {
     std::string data;
     Values values;
     const char* code = nullptr;  // null: parsed
+    const char* inText = "";     // of the diagnostic
 };
 
 const Case CASES[] = {
@@ -100,6 +101,21 @@ const Case CASES[] = {
      },
      "\x01\x02,\x03"s,
      {"a=0102", "b=03"}},
+};
+
+const Case NILS[] = {
+    {"bytes of nil characters are compared as if there were but one in a field",
+     [](GrammarBuilder&, GrammarHandle r) {
+         r.opaque("a").bytes(4).encoding("UTF-16BE").nilCharacter("%SP;");
+         r.opaque("b").bytes(4).encoding("UTF-16BE").nilCharacter("%SP;");
+         r.opaque("c").bytes(3).encoding("UTF-16BE").nilCharacter("%SP;");
+     },
+     "\0 \0 \0 \0\1\0 \0"s,
+     {"a=nil", "b=00200001", "c=nil"}},
+    {"padding that a text of the row's kind would have is trimmed off bytes",
+     [](GrammarBuilder&, GrammarHandle r) { r.opaque("a").bytes(2).trimRight("%SP;").nilLiteral("%ES;"); },
+     "xy",
+     {"a=7879"}},
 };
 
 const Case PREFIXES[] = {
@@ -193,6 +209,30 @@ const Case PREFIXES[] = {
      "\x0A\x2C\xAA\xBB"s,
      {},
      "CTDP3124E"},
+    {"the implied length of a complex element's prefix is not its type's",
+     [](GrammarBuilder& b, GrammarHandle r) {
+         auto group = r.complexElement("g");
+         group.prefixed(b.number("two", "UNSIGNEDSHORT").implicitBytes(2), true);
+         group.text("c").endOfParent();
+         r.text("d").bytes(1);
+     },
+     "\0\4xyz"s,
+     {"c=xy", "d=z"}},
+    {"a prefix without its initiator does not say which it wants",
+     [](GrammarBuilder& b, GrammarHandle r) {
+         r.text("d").prefixed(b.number("marked", "UNSIGNEDBYTE").bytes(1).initiator("Length"));
+     },
+     "\1d"s,
+     {},
+     "CTDP3041E",
+     "Length"},
+    {"an element whose prefix has a terminator is tried again and again",
+     [](GrammarBuilder& b, GrammarHandle r) {
+         r.text("c").prefixed(b.number("marked", "UNSIGNEDBYTE").bytes(1).terminator(";"));
+         r.text("d").bytes(2);
+     },
+     "\1;\1"s,
+     {"d=;\1"}},
     {"half a prefix is one",
      [](GrammarBuilder& b, GrammarHandle r) {
          r.text("b").prefixed(b.number("four", "UNSIGNEDINT").bytes(4));
@@ -212,6 +252,8 @@ void expectCase(const Case& entry) {
     EXPECT_EQ(entry.code == nullptr, run.parsed) << entry.fault << "\n" << run;
     EXPECT_EQ(entry.code == nullptr ? Values{} : Values{entry.code}, run.codes()) << entry.fault << "\n"
                                                                                   << run;
+    if (!run.diagnostics.empty())
+        EXPECT_NE(std::string::npos, run.diagnostics[0].find(entry.inText)) << entry.fault << "\n" << run;
 }
 
 TEST(Binary, ContentIsReadAsItsTypeSays) {
@@ -248,6 +290,10 @@ TEST(Binary, MessagesNameWhatIsWrong) {
         const ParserRun run = runEverywhere(grammar.get(), u"r", entry.data);
         EXPECT_EQ(Values{entry.text}, run.diagnostics);
     }
+}
+
+TEST(Binary, NilIsToldFromValues) {
+    for (const Case& entry : NILS) expectCase(entry);
 }
 
 TEST(Binary, PrefixesGiveLengths) {

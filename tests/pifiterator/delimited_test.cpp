@@ -306,6 +306,13 @@ const Case NILS[] = {
      },
      "*****a",
      {"c=nil", "d=nil", "e=*a"}},
+    {"nil bytes must be text",
+     [](GrammarHandle r) {
+         r.text("a").bytes(2).encoding("US-ASCII").nilCharacter("%#rFF;");
+         r.text("b").bytes(1);
+     },
+     "\xFF\xFFx",
+     {"a=nil", "b=x"}},
     {"a logical nil is a value",
      [](GrammarHandle r) {
          auto group = infix(r);
@@ -408,6 +415,10 @@ const Case BOOLEANS[] = {
      {},
      "CTDP3024E",
      "maybe"},
+    {"an implied length of bytes is for strings in every text",
+     [](GrammarHandle r) { r.boolean("a", "yes", "no").implicitBytes(3); },
+     "yes",
+     {"a=true"}},
     {"a nil text is taken for a truth value",
      [](GrammarHandle r) { r.boolean("a", "yes", "no").delimited().nilLiteral("no"); },
      "no",

@@ -40,11 +40,12 @@ void reportContent(PIFIteratorForParser* iterator, ContextItemForParser* item) {
         iterator->eventBuffer, item->row->scdText, item->contentStart, item->contentEnd - item->contentStart);
 }
 
-// Whether the block is made of nothing but the pattern, again and again.
+// Whether the block is made of nothing but the pattern, again and again; the end may cut the last one off.
 bool isAll(const uint8_t* bytes, int64_t count, const uint8_t* pattern, int64_t patternBytes) {
-    if (patternBytes < 1 || count % patternBytes != 0) return false;
+    if (patternBytes < 1) return false;
     for (int64_t at = 0; at < count; at += patternBytes) {
-        if (!std::equal(pattern, pattern + patternBytes, bytes + at)) return false;
+        const int64_t length = std::min(patternBytes, count - at);
+        if (!std::equal(pattern, pattern + length, bytes + at)) return false;
     }
     return true;
 }

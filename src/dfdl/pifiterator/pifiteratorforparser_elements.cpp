@@ -63,13 +63,12 @@ void reportSimpleElementValue(PIFIteratorForParser* iterator, ContextItemForPars
     trace(iterator, item, ut_DFDLParser_endElement);
 }
 
-bool parseSimpleElement(PIFIteratorForParser* iterator, ContextItemForParser* item) {
+void parseSimpleElement(PIFIteratorForParser* iterator, ContextItemForParser* item) {
     const bool parsed = PIFIteratorForParser_processSimpleElementRepresentation(iterator, item) &&
                         ((item->possibleContent & (CONTENT_NIL | CONTENT_EMPTY)) == 0 ||
                          PIFIteratorForParser_adjustSimpleElementValue(iterator, item));
     if (parsed) reportSimpleElementValue(iterator, item);
     ContextItemForParser_close(item);
-    return parsed && !PIFIteratorForParser_hasFailed(iterator);
 }
 
 // The frame of the complex type's content: its group has one member, the model group. A type without a model
@@ -113,7 +112,9 @@ void PIFIteratorForParser_SimpleElement_open(PIFIteratorForParser* this_, Contex
     trace(this_, item, ut_DFDLParser_startElement);
     reportElementStart(this_, item->row);
     item->representationStart = BufferManager_bitPosition(this_->bufferManager);
-    if (parseSimpleElement(this_, item)) PIFIteratorForParser_pop(this_);
+    parseSimpleElement(this_, item);
+    // An element whose length could not be told need not have failed: it ends without a value.
+    if (!PIFIteratorForParser_hasFailed(this_)) PIFIteratorForParser_pop(this_);
 }
 
 void PIFIteratorForParser_ComplexElement_open(PIFIteratorForParser* this_, ContextItemForParser* item) {

@@ -247,7 +247,7 @@ int32_t PIFIteratorForParser_calculateElementLength(PIFIteratorForParser* this_,
     }
     if (plan->lengthKind == PREFIXED)
         return PIFIteratorForParser_calculatePrefixedLength(this_, row, item, length) ? 1 : 0;
-    *length = plan->lengthKind == IMPLICIT && ContextItem_isComplexElement(item) ? -1 : plan->length;
+    *length = plan->lengthKind == IMPLICIT && plan->kind == ITEM_COMPLEX_ELEMENT ? -1 : plan->length;
     return 1;
 }
 

@@ -75,7 +75,8 @@ bool byteLength(PIFIteratorForParser* iterator, const ContextItemForParser* item
     const bool scanned = (item->row->flags & GM_DELIMITED_LENGTH) != 0;
     switch (item->plan->units) {
         case BYTES:
-            return item->plan->lengthKind != IMPLICIT || checkImpliedLength(iterator, item);
+            return item->plan->lengthKind != IMPLICIT || item->row->iPhysicalType != TEXT_STRING ||
+                   checkImpliedLength(iterator, item);
         case CHARACTERS:
             return scanned || bytesForCharacters(iterator, item, length, bytes);
         default:
@@ -258,6 +259,10 @@ bool readUnlessNilCharacters(PIFIteratorForParser* iterator, ContextItemForParse
     if (bytes == LENGTH_BY_READING && !measureCharacters(iterator, item, length, &bytes)) return false;
     const bool nil = PIFIteratorForParser_checkNilLiteralCharacter(iterator, item, bytes);
     if (PIFIteratorForParser_hasFailed(iterator)) return false;
+    // Nil bytes need not be text in the encoding; they are decoded only where an outer length counts
+    // characters.
+    if (nil && item->row->nilRow->nilIsByte && iterator->bufferManager->charTrackerCount == 0)
+        return skip(iterator, item, bytes);
     if (!readText(iterator, item, length, bytes, &kept)) return false;
     if (nil) PIFIteratorForParser_releaseExtractedText(iterator);
     return true;

@@ -151,7 +151,7 @@ void planLength(RowPlan* plan, const GroupMemberTableRow& row) {
 
 void planTrim(RowPlan* plan, const GroupMemberTableRow& row) {
     const TextStringTableRow* text = row.textStringRow;
-    if ((row.flags & GM_TRIM) == 0 || text == nullptr) return;
+    if ((row.flags & GM_TRIM) == 0 || (row.flags & GM_TEXT) == 0 || text == nullptr) return;
     const int32_t justification = text->iTextJustification;
     plan->trimLeading = justification == RIGHT || justification == CENTER;
     plan->trimTrailing = justification == LEFT || justification == CENTER;
