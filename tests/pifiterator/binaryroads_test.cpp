@@ -7,6 +7,7 @@
 
 #include "support/grammarbuilder.h"
 #include "support/parserrun.h"
+#include "support/randomnumbers.h"
 
 namespace {
 
@@ -21,7 +22,7 @@ class RandomRecord {
 
     void fill(GrammarBuilder* builder, GrammarHandle group, int depth) {
         for (int members = 1 + below(8); members > 0; --members) {
-            const int kind = below(14);
+            const int kind = below(17);
             if (kind == 0 && depth < 2) {
                 auto inner = group.complexElement("g");
                 const int occurs = below(4);
@@ -41,6 +42,8 @@ class RandomRecord {
                 bits(group);
             } else if (kind < 7) {
                 prefixed(builder, group);
+            } else if (kind == 7) {
+                textNumber(group);
             } else {
                 number(builder, group);
             }
@@ -59,6 +62,16 @@ class RandomRecord {
     std::string name() { return "f" + std::to_string(count_++); }
     void append(const std::string& bytes) { data_ += bytes; }
     bool often() { return below(8) != 0; }
+
+    void textNumber(GrammarHandle group) {
+        const std::string digits = randomDigits(&random_);
+        const auto width = digits.size() + static_cast<size_t>(below(20));
+        auto field = addRandomNumber(group, name(), &random_).bytes(static_cast<int32_t>(width));
+        const bool zeros = below(3) == 0;
+        field = below(2) == 0 ? field.trimLeft(zeros ? "0" : "%SP;") : field.trimRight(zeros ? "0" : "%SP;");
+        const std::string padding(width - digits.size(), zeros ? '0' : ' ');
+        append(below(2) == 0 ? padding + digits : digits + padding);
+    }
 
     void number(GrammarBuilder* builder, GrammarHandle group) {
         static constexpr const char* KINDS[] = {"FLOAT",

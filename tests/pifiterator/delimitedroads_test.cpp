@@ -8,6 +8,7 @@
 
 #include "support/grammarbuilder.h"
 #include "support/parserrun.h"
+#include "support/randomnumbers.h"
 
 namespace {
 
@@ -66,7 +67,10 @@ class RandomMessage {
     }
 
     void field(GrammarHandle parent, bool array) {
-        auto text = parent.text("f" + std::to_string(fields_++)).delimited().encoding(encoding_);
+        const std::string name = "f" + std::to_string(fields_++);
+        numbers_ = numbers_ || below(6) == 0;
+        auto text = numbers_ && below(2) == 0 ? addRandomNumber(parent, name, &random_) : parent.text(name);
+        text.delimited().encoding(encoding_);
         if (below(4) == 0) text.trimBoth("%SP;");
         if (below(5) == 0) text.escapeBlock("\"", "\"", below(2) == 0 ? "\"" : "");
         if (below(simple_ ? 20 : 7) == 0) text.escapeCharacter("?", below(2) == 0 ? "?" : "");
@@ -98,6 +102,7 @@ class RandomMessage {
                                                  "a longer stretch of plain text",
                                                  "\r"};
         std::string result;
+        if (numbers_ && below(10) != 0) return randomDigits(&random_);
         if (below(12) == 0) return "\"" + std::string(1, ";,|\n"[below(4)]) + "\"";
         for (int pieces = below(4); pieces > 0; --pieces) result += PIECES[below(below(3) == 0 ? 12 : 3)];
         return result;
@@ -107,6 +112,7 @@ class RandomMessage {
     std::string encoding_;
     std::string data_;
     bool simple_ = false;
+    bool numbers_ = false;  // most contents are numbers
     int fields_ = 0;
 };
 

@@ -7,11 +7,10 @@
 #include "dfdl/pif/binarynumbertable.h"
 #include "dfdl/pif/booleanreptable.h"
 #include "dfdl/pif/groupmembertable.h"
+#include "dfdl/processor/plainelement.h"
 
 namespace {
 
-// A decimal with more places may be written with an exponent.
-constexpr int32_t MOST_PLACES = 6;
 constexpr int64_t MOST_BYTES = 8;
 
 bool isUnsigned(int32_t simpleType) { return simpleType >= SIMPLE_UNSIGNED_LONG; }

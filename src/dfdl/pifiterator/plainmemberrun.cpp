@@ -92,7 +92,8 @@ bool deliverOpaque(const Run& run, const RowPlan& plan, const Field& field) {
 bool deliverWord(const Run& run, const RowPlan& plan, const Field& field) {
     int64_t word = 0;
     if (!PlainNumber_read(&plan.plainMember.number, field.bytes, &word)) return false;
-    DocHandlerEventBuffer_plainWord(run.iterator->eventBuffer, &plan.plainElement, word, field.place.start,
+    DocHandlerEventBuffer_plainWord(run.iterator->eventBuffer, &plan.plainElement,
+                                    {word, plan.plainMember.number.places}, field.place.start,
                                     field.place.end);
     return true;
 }

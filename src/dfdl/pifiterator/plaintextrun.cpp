@@ -11,6 +11,7 @@
 #include "dfdl/converters/dfdlcharset.h"
 #include "dfdl/foundation/context.h"
 #include "dfdl/foundation/processingerror.h"
+#include "dfdl/parsers/parserregionhandler.h"
 #include "dfdl/pif/groupmembertable.h"
 #include "dfdl/pifiterator/pifiteratorforparser.h"
 #include "dfdl/processor/dochandlereventbuffer.h"
@@ -72,6 +73,16 @@ bool decodeBlock(const RowPlan&, const DFDLCharset*, const PlainBytes&, UChar*, 
 
 #endif
 
+bool deliverNumber(PIFIteratorForParser* iterator, const RowPlan& plan, const Text& text, BitRange place) {
+    PlainValue value{};
+    if (!ParserRegionHandler_readPlainNumber(iterator->parserRegionHandler, plan.textNumberRow,
+                                             {text.chars, static_cast<size_t>(text.length)}, &value)) {
+        return false;
+    }
+    DocHandlerEventBuffer_plainWord(iterator->eventBuffer, &plan.plainElement, value, place.start, place.end);
+    return true;
+}
+
 // A byte order mark may stand here.
 bool mayHaveMark(const BufferManager* buffer, DFDLCharset* charset) {
     return buffer->bomChecked == 0 && DFDLCharset_canHaveBOM(charset);
@@ -103,6 +114,7 @@ bool PlainTextRun_deliver(PIFIteratorForParser* iterator, const RowPlan& plan, D
         if (!DFDLCharset_decodeDirectly(charset, bytes.start, bytes.count, target)) return false;
         text = trim(plan, target, static_cast<int32_t>(bytes.count));
     }
+    if (plan.textNumberRow != nullptr) return deliverNumber(iterator, plan, text, place);
     DocHandlerEventBuffer_plainText(iterator->eventBuffer, &plan.plainElement, text.chars, text.length,
                                     place.start, place.end);
     return true;

@@ -7,6 +7,8 @@
 #include "dfdl/pif/nilschemetable.h"
 #include "dfdl/pif/occursschemetable.h"
 #include "dfdl/pif/spif.h"
+#include "dfdl/pif/textnumbertable.h"
+#include "dfdl/pif/textstringtable.h"
 #include "dfdl/pifiterator/contextitemforparser.h"
 #include "dfdl/pifiterator/rowplan.h"
 
@@ -23,10 +25,25 @@ bool occursOnce(const GroupMemberTableRow& row) {
     return row.effectiveMinOccurs == 1 && row.effectiveMaxOccurs == 1;
 }
 
-// A text whose decoded characters are the value but for padding of one unit.
+// A number in digits. One that is justified to its first digit may lose a zero that is no padding.
+bool isPlainNumber(const GroupMemberTableRow& row) {
+    const bool isNumber =
+        row.simpleTypeKind >= SIMPLE_FLOAT && row.simpleTypeKind <= SIMPLE_NON_NEGATIVE_INTEGER;
+    if (row.iPhysicalType != TEXT_NUMBER || !isNumber) return false;
+    const TextNumberTableRow* number = GroupMemberTableRow_getTextNumberRow(&row);
+    const TextStringTableRow* text = row.textStringRow;
+    const bool losesZeros =
+        text != nullptr && text->iTextJustification != RIGHT && DFDLUString_view(text->padString) == u"0";
+    return number != nullptr && number->iTextNumberRepresentation == TEXT &&
+           number->iNumberBase == NUMBER_BASE_10 && DFDLUString_length(number->iNumberZeroRep) == 0 &&
+           !losesZeros;
+}
+
+// A text whose decoded characters are the value, or a number, but for padding of one unit.
 bool isUnframedText(const RowPlan& plan, const GroupMemberTableRow& row) {
-    return isUnframed(plan, row, ITEM_SIMPLE_ELEMENT) && row.iPhysicalType == TEXT_STRING &&
-           plan.trim != TRIM_BYTE && plan.padCharacter[1] == 0;
+    const bool converts = row.iPhysicalType == TEXT_STRING || plan.textNumberRow != nullptr;
+    return isUnframed(plan, row, ITEM_SIMPLE_ELEMENT) && converts && plan.trim != TRIM_BYTE &&
+           plan.padCharacter[1] == 0;
 }
 
 bool isConstant(const RowPlan& plan) { return plan.lengthKind == EXPLICIT || plan.lengthKind == IMPLICIT; }
@@ -111,16 +128,19 @@ PlainFieldKind plainFieldKind(const RowPlan& plan, const GroupMemberTableRow& ro
 
 const UChar* charsOf(const DFDLUString* string) { return string == nullptr ? u"" : string->chars; }
 
-PlainElement plainElement(const GroupMemberTableRow& row, const PlainNumber& number) {
+PlainElement plainElement(const RowPlan& plan, const GroupMemberTableRow& row) {
     const ElementTableRow* element = row.elementRow;
+    const DFDLType type = plan.textNumberRow != nullptr
+                              ? static_cast<DFDLType>(DFDLType_getTypeFromDFDLSimpleType(row.simpleTypeKind))
+                              : plan.plainMember.number.type;
     return {charsOf(element->name), charsOf(element->namespace_), charsOf(row.scdText),
-            element->element_id,    element->namespaceId,         number.type,
-            number.places};
+            element->element_id,    element->namespaceId,         type};
 }
 
 }  // namespace
 
 void RowPlan_planShortRoads(RowPlan* this_, const GroupMemberTableRow& row) {
+    if (isPlainNumber(row)) this_->textNumberRow = &row;
     planMember(this_, row);
     this_->isPlainField = plainFieldKind(*this_, row);
     this_->emptyField = isNilIfEmpty(*this_, row) ? EMPTY_IS_NIL
@@ -128,7 +148,7 @@ void RowPlan_planShortRoads(RowPlan* this_, const GroupMemberTableRow& row) {
                             ? EMPTY_IS_ABSENT
                             : EMPTY_IS_GENERAL;
     if (this_->plainMember.content != PLAIN_NO_CONTENT || this_->isPlainField != PLAIN_NONE)
-        this_->plainElement = plainElement(row, this_->plainMember.number);
+        this_->plainElement = plainElement(*this_, row);
 }
 
 void RowPlan_planRecord(RowPlan* this_, const GroupMemberTableRow& row, const RowPlan* plans) {

@@ -12,7 +12,6 @@
 namespace {
 
 constexpr size_t DIGITS_CAPACITY = 21;  // the longest 64-bit number with sign or without, and a terminator
-constexpr int32_t MOST_PLACES = 6;      // behind the point, before a decimal is written with an exponent
 // Of an integer. A few characters of a field can be an exponent of many millions, whose zeros would fill the
 // memory.
 constexpr int32_t MOST_ZEROS = 65536;
@@ -147,12 +146,13 @@ void givePlainDecimal(DFDLDocHandlerImpl* handler, int64_t word, int32_t places)
     handler->elementDecimalValue(handler, first, static_cast<int32_t>(end - first), DFDL_VALUE_DECIMAL);
 }
 
-void givePlain(DocHandlerAdapter* adapter, const PlainElement* plan, int64_t word) {
+void givePlain(DocHandlerAdapter* adapter, const PlainElement* plan, PlainValue plain) {
+    const int64_t word = plain.word;
     DFDLValue value{};
     value.schemaType = plan->valueType;
     switch (plan->valueType) {
         case TYPE_DECIMAL:
-            return givePlainDecimal(adapter->docHandler, word, plan->places);
+            return givePlainDecimal(adapter->docHandler, word, plain.places);
         case TYPE_FLOAT:
             value.u.floatValue = std::bit_cast<float>(static_cast<uint32_t>(word));
             break;
@@ -193,10 +193,10 @@ void DocHandlerAdapter_endDocument(DocHandlerAdapter* this_, int64_t bytes) {
     call(this_->docHandler, this_->docHandler->endDocument, bytes);
 }
 
-void DocHandlerAdapter_plainWord(DocHandlerAdapter* this_, const PlainElement* plan, int64_t word,
+void DocHandlerAdapter_plainWord(DocHandlerAdapter* this_, const PlainElement* plan, PlainValue value,
                                  int64_t startBit, int64_t endBit) {
     DocHandlerAdapter_startPlain(this_, plan, startBit);
-    givePlain(this_, plan, word);
+    givePlain(this_, plan, value);
     DocHandlerAdapter_endElement(this_, endBit);
 }
 

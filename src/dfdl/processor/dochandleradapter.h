@@ -76,9 +76,8 @@ inline void DocHandlerAdapter_plainText(DocHandlerAdapter* this_, const PlainEle
     }
     if (handler->endElement != nullptr) handler->endElement(handler, endBit);
 }
-// The same of an element whose value is in a word: integers as they are, truth as 1 or 0, the bits of a float
-// in the low half, of a decimal the digits without the point.
-void DocHandlerAdapter_plainWord(DocHandlerAdapter* this_, const PlainElement* plan, int64_t word,
+// The same of an element whose value is in a word.
+void DocHandlerAdapter_plainWord(DocHandlerAdapter* this_, const PlainElement* plan, PlainValue value,
                                  int64_t startBit, int64_t endBit);
 // The same of an element of opaque bytes.
 void DocHandlerAdapter_plainBytes(DocHandlerAdapter* this_, const PlainElement* plan, const uint8_t* bytes,

@@ -119,8 +119,8 @@ void deliverPlainElements(const Buffer* buffer, const CachedEvent& event) {
     const HeldPlainElement* end = buffer->plainElements + event.first + event.second;
     for (const HeldPlainElement* held = buffer->plainElements + event.first; held < end; ++held) {
         if (held->length == WORD_ELEMENT) {
-            DocHandlerAdapter_plainWord(buffer->adapter, held->plan, held->word, held->startBit,
-                                        held->endBit);
+            DocHandlerAdapter_plainWord(buffer->adapter, held->plan, {held->word, held->places},
+                                        held->startBit, held->endBit);
         } else {
             DocHandlerAdapter_plainText(buffer->adapter, held->plan, buffer->texts + held->textStart,
                                         held->length, held->startBit, held->endBit);

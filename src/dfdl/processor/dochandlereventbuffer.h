@@ -101,7 +101,7 @@ inline void DocHandlerEventBuffer_holdPlainText(DocHandlerEventBuffer* this_, co
         textStart = chars - this_->texts;
         this_->textUnits = textStart + length + 1;
     }
-    this_->plainElements[this_->plainElementCount++] = {plan, startBit, endBit, textStart, 0, length};
+    this_->plainElements[this_->plainElementCount++] = {plan, startBit, endBit, textStart, 0, length, 0};
 }
 inline void DocHandlerEventBuffer_plainText(DocHandlerEventBuffer* this_, const PlainElement* plan,
                                             const UChar* chars, int32_t length, int64_t startBit,
@@ -114,13 +114,13 @@ inline void DocHandlerEventBuffer_plainText(DocHandlerEventBuffer* this_, const 
 }
 // A simple element whose value is in a word, at once.
 inline void DocHandlerEventBuffer_plainWord(DocHandlerEventBuffer* this_, const PlainElement* plan,
-                                            int64_t word, int64_t startBit, int64_t endBit) {
+                                            PlainValue value, int64_t startBit, int64_t endBit) {
     if (!DocHandlerEventBuffer_holds(this_))
-        return DocHandlerAdapter_plainWord(this_->adapter, plan, word, startBit, endBit);
+        return DocHandlerAdapter_plainWord(this_->adapter, plan, value, startBit, endBit);
     if (this_->runIsOpen == 0 || this_->plainElementCount == this_->plainElementCapacity)
         DocHandlerEventBuffer_openRun(this_);
-    this_->plainElements[this_->plainElementCount++] = {plan, startBit,    endBit, this_->textUnits,
-                                                        word, WORD_ELEMENT};
+    this_->plainElements[this_->plainElementCount++] = {
+        plan, startBit, endBit, this_->textUnits, value.word, WORD_ELEMENT, value.places};
 }
 inline void DocHandlerEventBuffer_elementNilValue(DocHandlerEventBuffer* this_) {
     if (DocHandlerEventBuffer_isDirect(this_)) {

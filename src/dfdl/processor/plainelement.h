@@ -15,8 +15,16 @@ struct PlainElement {
     int32_t elementId;
     int32_t namespaceId;
     DFDLType valueType;  // of a value that is no text
-    int32_t places;      // behind the point, of a decimal
 };
+
+// A value that fits a word: integers as they are, truth as 1 or 0, the bits of a float in the low half, of a
+// decimal the digits without the point.
+struct PlainValue {
+    int64_t word;
+    int32_t places;  // behind the point, of a decimal: 0 to MOST_PLACES
+};
+
+inline constexpr int32_t MOST_PLACES = 6;  // a decimal with more is written with an exponent
 
 // One such element that waits.
 struct HeldPlainElement {
@@ -24,8 +32,9 @@ struct HeldPlainElement {
     int64_t startBit;
     int64_t endBit;
     int64_t textStart;  // units; in the buffer's store of texts
-    int64_t word;       // the value that is no text
+    int64_t word;       // of a value that is no text
     int32_t length;     // units, or one of the two below
+    int32_t places;
 };
 
 // In place of the length.
