@@ -53,6 +53,9 @@ class GrammarHandle {
     GrammarHandle truth(const std::string& name, int32_t trueRep, int32_t falseRep);
     GrammarHandle opaque(const std::string& name);
     GrammarHandle seconds(const std::string& name, const std::string& kindName, const std::string& epoch);
+    GrammarHandle packedCalendar(const std::string& name, const std::string& kindName,
+                                 const std::string& pattern,
+                                 PIF::MPIFEnums::MBinaryNumberRepEnum representation, bool isLittle = false);
     GrammarHandle littleEndian();  // of a number
     GrammarHandle packed();        // of a number, with signs C, D, F and C for zero
     GrammarHandle sequence();

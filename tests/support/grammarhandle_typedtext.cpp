@@ -30,10 +30,11 @@ PIF::MTextNumberTableRow& GrammarHandle::numberRow() {
     return *builder_->pif_.mutable_text_number_table()->mutable_row(row().iphysicaltypetablerowid() - 1);
 }
 
-GrammarHandle GrammarHandle::textCalendar(const std::string& name, const std::string& kindName,
-                                          const std::string& pattern) {
-    GrammarHandle element(builder_, addChild(builder_->newText(name, kindName)));
-    PIF::MCalendarFormatTable* formats = builder_->pif_.mutable_calendar_format_table();
+namespace {
+
+// A row of calendars with a format of its own; both are the last of their tables.
+PIF::MCalendarRepTableRow* addCalendar(PIF::MPIF& pif, const std::string& pattern) {
+    PIF::MCalendarFormatTable* formats = pif.mutable_calendar_format_table();
     PIF::MCalendarFormatTableRow* format = formats->add_row();
     format->set_itextcalendarid(formats->row_size());
     format->set_icalendarpattern(pattern);
@@ -42,16 +43,38 @@ GrammarHandle GrammarHandle::textCalendar(const std::string& name, const std::st
     format->set_icalendardaysinfirstweek(4);
     format->set_icalendarcenturystart(53);
     format->set_icalendarlanguage("en");
-    PIF::MCalendarRepTable* reps = builder_->pif_.mutable_calendar_rep_table();
-    PIF::MCalendarRepTableRow* rep = reps->add_row();
+    PIF::MCalendarRepTableRow* rep = pif.mutable_calendar_rep_table()->add_row();
     rep->set_icalendarformatid(formats->row_size());
     rep->set_icalendarformatrowindex(-1);
-    rep->set_itextstringtableindex(element.row().itextstringindex());
+    rep->set_itextstringtableindex(-1);
     rep->set_ibinarynumbertableindex(-1);
     rep->set_ibyteorder(Enums::BYTEOR_BIG_ENDIAN);
     rep->set_ibyteorderexprindex(-1);
+    return rep;
+}
+
+}  // namespace
+
+GrammarHandle GrammarHandle::textCalendar(const std::string& name, const std::string& kindName,
+                                          const std::string& pattern) {
+    GrammarHandle element(builder_, addChild(builder_->newText(name, kindName)));
+    addCalendar(builder_->pif_, pattern)->set_itextstringtableindex(element.row().itextstringindex());
     element.row().set_iphysicaltype(Enums::TEXT_CALENDAR);
-    element.row().set_iphysicaltypeindex(reps->row_size() - 1);
+    element.row().set_iphysicaltypeindex(builder_->pif_.calendar_rep_table().row_size() - 1);
+    return element;
+}
+
+GrammarHandle GrammarHandle::packedCalendar(const std::string& name, const std::string& kindName,
+                                            const std::string& pattern,
+                                            Enums::MBinaryNumberRepEnum representation, bool isLittle) {
+    GrammarHandle element(builder_, addChild(builder_->newBinary(name, kindName, Enums::BINARY_CALENDAR)));
+    const int32_t number = builder_->binaryNumber(representation);
+    if (isLittle) {
+        builder_->pif_.mutable_binary_number_table()->mutable_row(number)->set_ibyteorder(
+            Enums::BYTEOR_LITTLE_ENDIAN);
+    }
+    addCalendar(builder_->pif_, pattern)->set_ibinarynumbertableindex(number);
+    element.row().set_iphysicaltypeindex(builder_->pif_.calendar_rep_table().row_size() - 1);
     return element;
 }
 

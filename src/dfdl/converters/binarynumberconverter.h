@@ -84,6 +84,12 @@ bool BinaryNumberConverter_createFloatFromBinary(BinaryFloatRepresentationEnum r
 bool BinaryNumberConverter_createDoubleFromBinary(BinaryFloatRepresentationEnum representation,
                                                   const BinaryField* field, double* value);
 
+// The digits of a packed field as text, in front of them "-" if it has a negative sign there. A text of the
+// heap's pool; null with an error, or without one where the representation has no text, as IBM's packed
+// decimals have none.
+DFDLUString* BinaryNumberConverter_createStringIntegerFromBinary(const BinaryField* field,
+                                                                 DFDLHeapAdapter* heap);
+
 // ---- Ranges --------------------------------------------------------------------------------------------
 
 // Whether a number lies in the range of a simple type (DFDLSimpleTypeEnum). Types without bounds of their own

@@ -7,6 +7,8 @@
 #include "dfdl/pif/pifenums.h"
 
 struct DFDLDecimal;
+struct DFDLHeapAdapter;
+struct DFDLUString;
 struct ProcessingError;
 struct TextNumberTableRow;
 
@@ -77,5 +79,9 @@ bool SimpleTypeConverter_packedWord(const BinaryField* field, int64_t* word);
 // The reader for a length; null if the representation is not one of packed decimals.
 using PackedReader = bool (*)(const BinaryField*, bool, DFDLDecimal*);
 PackedReader SimpleTypeConverter_packedReader(BinaryNumberRepEnum representation, int64_t length);
+
+// The digits of such a field as text, the heaviest first: of a pool, the caller's. Null with an error.
+DFDLUString* SimpleTypeConverter_bcdToText(const BinaryField* field, DFDLHeapAdapter* heap);
+DFDLUString* SimpleTypeConverter_zov4690PackedDecimalToText(const BinaryField* field, DFDLHeapAdapter* heap);
 
 #endif

@@ -1,7 +1,10 @@
 // Packed decimals: BCD, IBM's with the sign in the last half byte, and the 4690's with the sign in front.
+#include <utility>
+
 #include "dfdl/converters/binarynumberconverter.h"
 #include "dfdl/converters/simpletypeconverter.h"
 #include "dfdl/foundation/context.h"
+#include "dfdl/foundation/dfdlbufferfactory.h"
 #include "dfdl/foundation/dfdldecimal.h"
 #include "dfdl/foundation/dfdlustring.h"
 #include "dfdl/foundation/guard.h"
@@ -71,13 +74,13 @@ class DecimalTotal {
 // A field being read in one of the formats.
 struct Packed {
     const BinaryField* field;
-    DFDLDecimal* target;
+    DFDLHeapAdapter* heap;
     const char* format;  // its word in messages
 };
 
 bool refuse(const Packed& packed, uint32_t nibble, int64_t index, bool isLow) {
     using Text = Owned<DFDLUString, delete_DFDLUString>;
-    DFDLHeapAdapter* heap = packed.target->heap;
+    DFDLHeapAdapter* heap = packed.heap;
     const BinaryField& field = *packed.field;
     const Text bytes(new_DFDLUString_fromHexBinary(heap, field.bytes, field.length));
     const UChar digit = u"0123456789ABCDEF"[nibble];
@@ -92,8 +95,8 @@ bool refuse(const Packed& packed, uint32_t nibble, int64_t index, bool isLow) {
 
 bool refuseSign(const Packed& packed) {
     const GroupMemberTableRow* element = packed.field->element;
-    ProcessingError_setValues(packed.target->heap->context->currentError, __FILE__, __LINE__,
-                              DFDLParser_invalidSign, ERROR_PROCESSING, SUBKIND_NONE, "%Z",
+    ProcessingError_setValues(packed.heap->context->currentError, __FILE__, __LINE__, DFDLParser_invalidSign,
+                              ERROR_PROCESSING, SUBKIND_NONE, "%Z",
                               element == nullptr ? nullptr : GroupMemberTableRow_getElementName(element));
     return false;
 }
@@ -111,10 +114,10 @@ bool appendPairs(const Packed& packed, int64_t first, int64_t end, Total* total)
     return true;
 }
 
-bool finish(const Packed& packed, bool withVirtualPoint, bool isNegative) {
-    const int32_t places = packed.field->row->iBinaryDecimalVirtualPoint;
-    if (withVirtualPoint && places != 0) DFDLDecimal_setDecimalAt(packed.target, places);
-    if (isNegative) DFDLDecimal_negate(packed.target);
+bool finish(const BinaryField* field, DFDLDecimal* target, bool withVirtualPoint, bool isNegative) {
+    const int32_t places = field->row->iBinaryDecimalVirtualPoint;
+    if (withVirtualPoint && places != 0) DFDLDecimal_setDecimalAt(target, places);
+    if (isNegative) DFDLDecimal_negate(target);
     return true;
 }
 
@@ -142,17 +145,17 @@ Sign signOf(const BinaryNumberTableRow* row, uint32_t code, bool isZero) {
 
 template <class Total>
 bool readBcd(const BinaryField* field, bool withVirtualPoint, DFDLDecimal* target) {
-    const Packed packed{field, target, "bcd"};
+    const Packed packed{field, target->heap, "bcd"};
     Total total(target);
     if (!appendPairs(packed, 0, field->length, &total)) return false;
     total.store();
-    return finish(packed, withVirtualPoint, false);
+    return finish(field, target, withVirtualPoint, false);
 }
 
 template <class Total>
 bool readPacked(const BinaryField* field, bool withVirtualPoint, DFDLDecimal* target) {
     if (field->length <= 0) return false;
-    const Packed packed{field, target, "packed"};
+    const Packed packed{field, target->heap, "packed"};
     Total total(target);
     const int64_t last = BinaryField_indexOf(field, field->length - 1);
     const uint8_t signByte = field->bytes[last];
@@ -163,20 +166,33 @@ bool readPacked(const BinaryField* field, bool withVirtualPoint, DFDLDecimal* ta
     const Sign sign = signOf(field->row, lowOf(signByte), total.isZero());
     if (sign == Sign::Refused) return refuseSign(packed);
     total.store();
-    return finish(packed, withVirtualPoint, sign == Sign::Negative);
+    return finish(field, target, withVirtualPoint, sign == Sign::Negative);
 }
 
 // The byte in front: up to two digits behind an optional sign and a filler.
-template <class Total>
-bool appendLeading4690(const Packed& packed, Total* total, bool* isNegative) {
-    const int64_t index = BinaryField_indexOf(packed.field, 0);
-    const uint8_t byte = packed.field->bytes[index];
+struct Leading4690 {
+    uint32_t high;
+    uint32_t low;
+    bool isNegative;
+    bool highIsBad;
+    bool lowIsBad;
+};
+
+Leading4690 split4690(uint8_t byte) {
     const uint32_t high = highOf(byte);
     const uint32_t low = lowOf(byte);
     const bool signInLow = high == FILLER_4690 && low == NEGATIVE_4690;
-    if (high > 9 && high != NEGATIVE_4690 && high != FILLER_4690) return refuse(packed, high, index, false);
-    if (low > 9 && !signInLow) return refuse(packed, low, index, true);
-    *isNegative = signInLow || high == NEGATIVE_4690;
+    return {high, low, signInLow || high == NEGATIVE_4690,
+            high > 9 && high != NEGATIVE_4690 && high != FILLER_4690, low > 9 && !signInLow};
+}
+
+template <class Total>
+bool appendLeading4690(const Packed& packed, Total* total, bool* isNegative) {
+    const int64_t index = BinaryField_indexOf(packed.field, 0);
+    const auto [high, low, negative, highIsBad, lowIsBad] = split4690(packed.field->bytes[index]);
+    if (highIsBad) return refuse(packed, high, index, false);
+    if (lowIsBad) return refuse(packed, low, index, true);
+    *isNegative = negative;
     total->append((high <= 9 ? high * 10 : 0) + (low <= 9 ? low : 0), 100);
     return true;
 }
@@ -184,13 +200,53 @@ bool appendLeading4690(const Packed& packed, Total* total, bool* isNegative) {
 template <class Total>
 bool read4690(const BinaryField* field, bool withVirtualPoint, DFDLDecimal* target) {
     if (field->length <= 0) return false;
-    const Packed packed{field, target, "zov4690packed"};
+    const Packed packed{field, target->heap, "zov4690packed"};
     Total total(target);
     bool isNegative = false;
     if (!appendLeading4690(packed, &total, &isNegative)) return false;
     if (!appendPairs(packed, 1, field->length, &total)) return false;
     total.store();
-    return finish(packed, withVirtualPoint, isNegative);
+    return finish(field, target, withVirtualPoint, isNegative);
+}
+
+// Digits as text, in a buffer that the heap's factory keeps until they are a string.
+class DigitText {
+  public:
+    DigitText(const BinaryField* field, DFDLHeapAdapter* heap) : heap_(heap) {
+        if (field->length > (INT32_MAX - 1) / 2) DFDLHeapAdapter_refuse(heap);
+        chars_ = DFDLBufferFactory_GetUBuffer(heap->bufferFactory, 2 * field->length + 1);
+    }
+    ~DigitText() { DFDLBufferFactory_FreeUBuffer(heap_->bufferFactory, chars_); }
+    DigitText(const DigitText&) = delete;
+    DigitText& operator=(const DigitText&) = delete;
+
+    void append(uint64_t pair, uint64_t /*scale*/) {
+        appendDigit(static_cast<uint32_t>(pair / 10));
+        appendDigit(static_cast<uint32_t>(pair % 10));
+    }
+    void appendDigit(uint32_t digit) { appendUnit(static_cast<UChar>(u'0' + digit)); }
+    void appendUnit(UChar unit) { chars_[length_++] = unit; }
+    DFDLUString* take() {
+        chars_[length_] = 0;
+        return DFDLUStringPooler_getDFDLUStringUseUChars(heap_, std::exchange(chars_, nullptr), length_);
+    }
+
+  private:
+    DFDLHeapAdapter* heap_;
+    UChar* chars_;
+    int32_t length_ = 0;
+};
+
+// A bad high half is shown by the low one.
+bool appendLeading4690Text(const Packed& packed, DigitText* text) {
+    const int64_t index = BinaryField_indexOf(packed.field, 0);
+    const Leading4690 leading = split4690(packed.field->bytes[index]);
+    if (leading.highIsBad) return refuse(packed, leading.low, index, false);
+    if (leading.lowIsBad) return refuse(packed, leading.low, index, true);
+    if (leading.isNegative) text->appendUnit(u'-');
+    if (leading.high <= 9) text->appendDigit(leading.high);
+    if (leading.low <= 9) text->appendDigit(leading.low);
+    return true;
 }
 
 // Whether one of the 16 half bytes is more than 9: it has the bit for 8 and one of those for 4 and 2.
@@ -250,6 +306,31 @@ bool SimpleTypeConverter_zov4690PackedDecimalToNumber(const BinaryField* field, 
 bool SimpleTypeConverter_zov4690PackedDecimalToNumberWide(const BinaryField* field, bool withVirtualPoint,
                                                           DFDLDecimal* target) {
     return read4690<DecimalTotal>(field, withVirtualPoint, target);
+}
+
+DFDLUString* SimpleTypeConverter_bcdToText(const BinaryField* field, DFDLHeapAdapter* heap) {
+    const Packed packed{field, heap, "bcd"};
+    DigitText text(field, heap);
+    return appendPairs(packed, 0, field->length, &text) ? text.take() : nullptr;
+}
+
+DFDLUString* SimpleTypeConverter_zov4690PackedDecimalToText(const BinaryField* field, DFDLHeapAdapter* heap) {
+    const Packed packed{field, heap, "zov4690packed"};
+    DigitText text(field, heap);
+    if (field->length > 0 && !appendLeading4690Text(packed, &text)) return nullptr;
+    return appendPairs(packed, 1, field->length, &text) ? text.take() : nullptr;
+}
+
+DFDLUString* BinaryNumberConverter_createStringIntegerFromBinary(const BinaryField* field,
+                                                                 DFDLHeapAdapter* heap) {
+    switch (field->row->iBinaryNumberRepresentation) {
+        case BCD:
+            return SimpleTypeConverter_bcdToText(field, heap);
+        case ZOV4690_PACKED:
+            return SimpleTypeConverter_zov4690PackedDecimalToText(field, heap);
+        default:
+            return nullptr;
+    }
 }
 
 PackedReader SimpleTypeConverter_packedReader(BinaryNumberRepEnum representation, int64_t length) {

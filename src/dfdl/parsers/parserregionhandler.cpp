@@ -1,6 +1,7 @@
 #include "dfdl/parsers/parserregionhandler.h"
 
 #include "dfdl/buffer/buffermanager.h"
+#include "dfdl/converters/textcalendarformatmgr.h"
 #include "dfdl/converters/textnumberformatmgr.h"
 #include "dfdl/foundation/context.h"
 #include "dfdl/foundation/dfdldecimal.h"
@@ -69,18 +70,22 @@ ParserRegionHandler* new_ParserRegionHandler(DFDLHeapAdapter* heap, DFDLConstant
     this_->trace = trace;
     this_->scratchDecimal = new_DFDLDecimal(heap, constants);
     this_->numberFormats = new_TextNumberFormatMgr(heap, false);
+    this_->calendarFormats = new_TextCalendarFormatMgr(heap);
     return this_;
 }
 
 void delete_ParserRegionHandler(ParserRegionHandler* this_) {
     if (this_ == nullptr) return;
     delete_TextNumberFormatMgr(this_->numberFormats);
+    delete_TextCalendarFormatMgr(this_->calendarFormats);
     delete_DFDLDecimal(this_->scratchDecimal);
     DFDLHeapAdapter_objectDeallocate(this_->heap, this_);
 }
 
 void ParserRegionHandler_setPIF(ParserRegionHandler* this_, const sPIF* pif) {
     this_->pif = pif;
+    this_->epochText = nullptr;
+    TextCalendarFormatMgr_reset(this_->calendarFormats);  // it goes by the rows of the grammar
     this_->numberFormats->table = pif == nullptr ? nullptr : pif->textNumberTable;
     TextNumberFormatMgr_reset(this_->numberFormats, false);
 }

@@ -10,19 +10,23 @@
 
 struct BooleanRepTableRow;
 struct BufferManager;
+struct CalendarFormatTableRow;
+struct CalendarRepTableRow;
 struct CharsetManager;
 struct Context;
 struct ContextItemForParser;
+struct DFDLCalendarImpl;
 struct DFDLConstants;
 struct DFDLDecimal;
 struct DFDLUString;
 struct DFDLValue;
 struct DelimitedScannerBytes;
 struct GroupMemberTableRow;
+struct NumberFormatCacheEntry;
 struct PIFIteratorForParser;
 struct PlainValue;
 struct StringLiteralCache;
-struct NumberFormatCacheEntry;
+struct TextCalendarFormatMgr;
 struct TextNumberFormatMgr;
 struct TextStringTableRow;
 struct TraceHandlerAdapter;
@@ -45,6 +49,7 @@ struct ParserRegionHandler {
     TraceHandlerAdapter* trace;
     DFDLDecimal* scratchDecimal;  // of the conversion at hand
     TextNumberFormatMgr* numberFormats;
+    TextCalendarFormatMgr* calendarFormats;
     // The epoch that was read last and its text, which is the grammar's; null before.
     const DFDLUString* epochText;
     CalendarEpoch epoch;
@@ -97,6 +102,23 @@ DFDLValue* ParserRegionHandler_handleSimpleContent_TextString(ParserRegionHandle
 DFDLValue* ParserRegionHandler_handleSimpleContent_TextBoolean(ParserRegionHandler* this_,
                                                                const GroupMemberTableRow* row,
                                                                DFDLUString* text);
+DFDLValue* ParserRegionHandler_handleSimpleContent_TextCalendar(ParserRegionHandler* this_,
+                                                                const GroupMemberTableRow* row,
+                                                                DFDLUString* text);
+// The row's calendars with a format that is ready for use. Null with an error.
+const CalendarRepTableRow* ParserRegionHandler_findCalendarFormat(ParserRegionHandler* this_,
+                                                                  const GroupMemberTableRow* row);
+// Makes a format ready if it is not. False with an error.
+bool ParserRegionHandler_updateCalendarMgr(ParserRegionHandler* this_, const CalendarFormatTableRow* format,
+                                           int32_t rowIndex, const GroupMemberTableRow* row);
+// By a format that is ready; of a type that is none of calendars too. The caller's; null with an error.
+DFDLCalendarImpl* ParserRegionHandler_createCalendarFromText(ParserRegionHandler* this_,
+                                                             const CalendarRepTableRow* rep,
+                                                             const GroupMemberTableRow* row,
+                                                             const DFDLUString* text);
+// Adopts the calendar. Null without an error if it is null or if the type is none of calendars.
+DFDLValue* ParserRegionHandler_makeCalendarValue(ParserRegionHandler* this_, int32_t type,
+                                                 DFDLCalendarImpl* calendar);
 // The list of the texts for true, or for false; null if the row has none.
 const DFDLUString* ParserRegionHandler_getTextBooleanTrueRepresentation(const BooleanRepTableRow* row);
 const DFDLUString* ParserRegionHandler_getTextBooleanFalseRepresentation(const BooleanRepTableRow* row);
@@ -108,6 +130,9 @@ bool ParserRegionHandler_findBooleanOrder(ParserRegionHandler* this_, const Grou
                                           ByteOrderEnum* order);
 bool ParserRegionHandler_findCalendarOrder(ParserRegionHandler* this_, const GroupMemberTableRow* row,
                                            ByteOrderEnum* order);
+// That of the digits that a binary calendar is written in.
+bool ParserRegionHandler_findDigitsOrder(ParserRegionHandler* this_, const GroupMemberTableRow* row,
+                                         ByteOrderEnum* order);
 // The bytes of a field whose length, in the row's units, is known. Moves over the field. Fields of whole
 // bytes at a byte boundary come as they are; bits are made whole bytes. Null with an error; else a block of
 // the buffer manager, which the caller hands on or frees.

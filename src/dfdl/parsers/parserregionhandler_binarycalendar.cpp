@@ -1,4 +1,4 @@
-// Points in time that are counted in seconds or milliseconds.
+// Points in time that are counted in seconds or milliseconds, or written in packed digits.
 #include <string_view>
 
 #include "dfdl/buffer/buffermanager.h"
@@ -62,44 +62,65 @@ const CalendarEpoch* findEpoch(ParserRegionHandler* handler, const GroupMemberTa
     return nullptr;
 }
 
-DFDLValue* wrap(ParserRegionHandler* handler, DFDLSimpleTypeEnum type, DFDLCalendarImpl* calendar) {
-    switch (type) {
-        case SIMPLE_DATE:
-            return DateDV_createDFDLValue(handler->heap, calendar, true, true);
-        case SIMPLE_TIME:
-            return TimeDV_createDFDLValue(handler->heap, calendar, true, true);
-        case SIMPLE_DATETIME:
-            return DateTimeDV_createDFDLValue(handler->heap, calendar, true, true);
-        default:
-            delete_DFDLCalendarImplFromUCalendar(calendar);
-            return nullptr;
-    }
-}
-
 double readCount(const uint8_t* bytes, int64_t count, ByteOrderEnum order) {
     return static_cast<double>(BinaryNumberConverter_getBinaryInteger(bytes, order, count));
 }
 
-DFDLValue* convert(ParserRegionHandler* handler, const GroupMemberTableRow* row, const uint8_t* bytes,
-                   int64_t count) {
+// Null with an error.
+DFDLCalendarImpl* convertCount(ParserRegionHandler* handler, const GroupMemberTableRow* row,
+                               const CalendarRepTableRow* rep, const Count& counted, const uint8_t* bytes,
+                               int64_t count) {
     ByteOrderEnum order = BYTEOR_LITTLE_ENDIAN;
     if (!ParserRegionHandler_findCalendarOrder(handler, row, &order)) return nullptr;
-    const CalendarRepTableRow* rep = GroupMemberTableRow_getCalendarRepRow(row);
-    const Count* counted = countOf(rep);
-    if (counted == nullptr) {
-        PIFIteratorForParser_raiseUnsupported(handler->pifIterator, row,
-                                              "binary calendars written in digits");
-        return nullptr;
-    }
-    if (count != counted->bytes) {
-        ParserRegionHandler_raise(handler, row, counted->wrongLength);
+    if (count != counted.bytes) {
+        ParserRegionHandler_raise(handler, row, counted.wrongLength);
         return nullptr;
     }
     const CalendarEpoch* epoch = findEpoch(handler, row, rep->iBinaryCalendarEpoch);
     if (epoch == nullptr) return nullptr;
-    const double milliseconds = counted->milliseconds * readCount(bytes, count, order);
-    return wrap(handler, row->simpleTypeKind,
-                CalendarConverter_createCalendarFromMillis(handler->heap, *epoch, milliseconds));
+    const double milliseconds = counted.milliseconds * readCount(bytes, count, order);
+    return CalendarConverter_createCalendarFromMillis(handler->heap, *epoch, milliseconds);
+}
+
+// Null with an error.
+DFDLCalendarImpl* convertDigits(ParserRegionHandler* handler, const GroupMemberTableRow* row,
+                                const uint8_t* bytes, int64_t count) {
+    const CalendarRepTableRow* rep = ParserRegionHandler_findCalendarFormat(handler, row);
+    if (rep == nullptr) return nullptr;
+    ByteOrderEnum order = BYTEOR_LITTLE_ENDIAN;
+    if (!ParserRegionHandler_findDigitsOrder(handler, row, &order)) return nullptr;
+    const BinaryField field{bytes, count, order, row->simpleTypeKind, rep->binaryNumberRow, row};
+    const Owned<DFDLUString, delete_DFDLUString> digits(
+        BinaryNumberConverter_createStringIntegerFromBinary(&field, handler->heap));
+    if (ProcessingError_isSet(handler->context->currentError)) return nullptr;
+    if (DFDLUString_length(digits.get()) == 0) {
+        ParserRegionHandler_raise(handler, row, DFDLParser_calendarEmptyString);
+        return nullptr;
+    }
+    return ParserRegionHandler_createCalendarFromText(handler, rep, row, digits.get());
+}
+
+bool isInDigits(const CalendarRepTableRow* rep) {
+    const BinaryNumberRepEnum representation = CalendarRepTableRow_getBinaryCalendarRepresentation(rep);
+    return representation == BCD || representation == PACKED || representation == ZOV4690_PACKED;
+}
+
+DFDLValue* convert(ParserRegionHandler* handler, const GroupMemberTableRow* row, const uint8_t* bytes,
+                   int64_t count) {
+    const CalendarRepTableRow* rep = GroupMemberTableRow_getCalendarRepRow(row);
+    if (rep == nullptr) {
+        ParserRegionHandler_raise(handler, row, DFDLParser_unresolvedCalendarFormat);
+        return nullptr;
+    }
+    DFDLCalendarImpl* calendar = nullptr;
+    if (const Count* counted = countOf(rep)) {
+        calendar = convertCount(handler, row, rep, *counted, bytes, count);
+    } else if (isInDigits(rep)) {
+        calendar = convertDigits(handler, row, bytes, count);
+    } else {
+        ParserRegionHandler_raise(handler, row, DFDLParser_nullBinaryNumberRow);
+    }
+    return ParserRegionHandler_makeCalendarValue(handler, row->simpleTypeKind, calendar);
 }
 
 }  // namespace

@@ -184,6 +184,13 @@ bool ParserRegionHandler_findCalendarOrder(ParserRegionHandler* this_, const Gro
                          DFDLParser_unresolvedCalendarFormat, order);
 }
 
+bool ParserRegionHandler_findDigitsOrder(ParserRegionHandler* this_, const GroupMemberTableRow* row,
+                                         ByteOrderEnum* order) {
+    const CalendarRepTableRow* rep = GroupMemberTableRow_getCalendarRepRow(row);
+    return findByteOrder(this_, row, rep == nullptr ? nullptr : rep->binaryNumberRow,
+                         DFDLParser_nullBinaryNumberRow, order);
+}
+
 uint8_t* ParserRegionHandler_extractBinaryRepresentation(ParserRegionHandler* this_,
                                                          const GroupMemberTableRow* row, int64_t length,
                                                          int64_t* count) {

@@ -111,6 +111,8 @@ ConvertText textConverter(int32_t physicalType) {
             return ParserRegionHandler_handleSimpleContent_TextNumber;
         case TEXT_BOOLEAN:
             return ParserRegionHandler_handleSimpleContent_TextBoolean;
+        case TEXT_CALENDAR:
+            return ParserRegionHandler_handleSimpleContent_TextCalendar;
         default:
             return ParserRegionHandler_handleSimpleContent_TextString;
     }

@@ -43,13 +43,12 @@ const char* unsupportedContent(int32_t physicalType) {
         case TEXT_STRING:
         case TEXT_NUMBER:
         case TEXT_BOOLEAN:
+        case TEXT_CALENDAR:
         case BINARY_NUMBER:
         case BINARY_BOOLEAN:
         case BINARY_CALENDAR:
         case BINARY_OPAQUE:
             return nullptr;
-        case TEXT_CALENDAR:
-            return "a text calendar";
         default:
             return "a simple element without a physical type";
     }
