@@ -4,6 +4,7 @@
 #include <chrono>
 #include <memory>
 #include <string>
+#include <thread>
 
 #include "support/grammarbuilder.h"
 #include "support/parserrun.h"
@@ -28,6 +29,7 @@ void newYorkInSummer(Format& format) {
     newYork(format);
     format.set_icalendarobservedst(true);
 }
+void farEast(Format& format) { format.set_icalendartimezone("GMT+15:00"); }
 void german(Format& format) { format.set_icalendarlanguage("de"); }
 void noLanguage(Format& format) { format.set_icalendarlanguage("!!"); }
 void weeksFromSunday(Format& format) {
@@ -95,6 +97,7 @@ const Case CASES[] = {
     {"14 hours", "TIME", "HHmmssXXX", asItIs, "120000+14:00", "1970-01-01T12:00:00+14:00"},
     {"14 hours and a minute", "TIME", "HHmmssXXX", asItIs, "120000+14:01", OUT_OF_ZONES},
     {"14 hours to the west", "TIME", "HHmmssXXX", asItIs, "120000-14:00", "1970-01-01T12:00:00-14:00"},
+    {"a row's zone beyond 14 hours", "TIME", "HHmmss", farEast, "120000", OUT_OF_ZONES},
     {"more to the west", "TIME", "HHmmssXXX", asItIs, "120000-14:01", OUT_OF_ZONES},
     // Stamps of ISO 8601.
     {"a stamp", "DATETIME", "I", asItIs, "2026-11-23T12:34:56", "2026-11-23T12:34:56"},
@@ -187,6 +190,25 @@ TEST(TextCalendar, ARefusedTextTellsWhatAndWhere) {
                                           "' does not fit the calendar pattern '" + refusal.pattern +
                                           "'; reading stopped at character " + refusal.place + ".");
     }
+}
+
+// Making a format sets the default zone of the process, under which nobody's texts are read.
+TEST(TextCalendar, ZonesOfOtherThreadsAreTheirOwn) {
+    const Case entries[] = {
+        {"", "DATETIME", STAMP, newYorkInSummer, "2026-07-15T12:00:00", "2026-07-15T12:00:00-05:00"},
+        {"", "DATETIME", STAMP, asItIs, "2026-07-15T12:00:00", "2026-07-15T12:00:00"},
+        {"", "DATETIME", "yyyyMMddHHmmss z", asItIs, "20260715120000 PST", "2026-07-15T12:00:00-08:00"},
+        {"", "TIME", "I", laxInIndia, "12:00:00", "1970-01-01T12:00:00+05:30"}};
+    std::vector<std::thread> threads;
+    for (const Case& entry : entries) {
+        threads.emplace_back([&entry] {
+            const Grammar grammar = load(entry);
+            for (int i = 0; i < 20; ++i) {
+                EXPECT_EQ(outcomeOf(runParser(grammar.get(), u"r", entry.text)), entry.outcome);
+            }
+        });
+    }
+    for (std::thread& thread : threads) thread.join();
 }
 
 struct DigitCase {

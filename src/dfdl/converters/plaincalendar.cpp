@@ -2,7 +2,21 @@
 
 namespace {
 
-enum Kind : uint8_t { YEAR, SHORT_YEAR, MONTH, DAY, HOUR, MINUTE, SECOND, FRACTION, ZONE, LITERAL };
+enum Kind : uint8_t {
+    YEAR,
+    SHORT_YEAR,
+    MONTH,
+    MONTH_NAME,
+    DAY,
+    HOUR,
+    MINUTE,
+    SECOND,
+    FRACTION,
+    ZONE,
+    LITERAL
+};
+
+constexpr size_t MONTH_NAME_UNITS = 3;
 
 // A run of one letter that is plain, with the units that it reads.
 struct Run {
@@ -11,19 +25,31 @@ struct Run {
     Kind kind;
     uint8_t width;  // of a zone: the most
 };
-constexpr Run RUNS[] = {{u'y', 4, YEAR, 4},     {u'u', 4, YEAR, 4},     {u'y', 2, SHORT_YEAR, 2},
-                        {u'M', 2, MONTH, 2},    {u'd', 2, DAY, 2},      {u'H', 2, HOUR, 2},
-                        {u'm', 2, MINUTE, 2},   {u's', 2, SECOND, 2},   {u'S', 1, FRACTION, 1},
-                        {u'S', 2, FRACTION, 2}, {u'S', 3, FRACTION, 3}, {u'X', 2, ZONE, 5},
-                        {u'X', 3, ZONE, 6},     {u'Z', 1, ZONE, 5},     {u'Z', 5, ZONE, 6},
-                        {u'x', 2, ZONE, 5},     {u'x', 3, ZONE, 6}};
+constexpr Run RUNS[] = {{u'y', 4, YEAR, 4},
+                        {u'u', 4, YEAR, 4},
+                        {u'y', 2, SHORT_YEAR, 2},
+                        {u'M', 2, MONTH, 2},
+                        {u'M', 3, MONTH_NAME, MONTH_NAME_UNITS},
+                        {u'd', 2, DAY, 2},
+                        {u'H', 2, HOUR, 2},
+                        {u'm', 2, MINUTE, 2},
+                        {u's', 2, SECOND, 2},
+                        {u'S', 1, FRACTION, 1},
+                        {u'S', 2, FRACTION, 2},
+                        {u'S', 3, FRACTION, 3},
+                        {u'X', 2, ZONE, 5},
+                        {u'X', 3, ZONE, 6},
+                        {u'Z', 1, ZONE, 5},
+                        {u'Z', 5, ZONE, 6},
+                        {u'x', 2, ZONE, 5},
+                        {u'x', 3, ZONE, 6}};
 
 bool isDigit(char16_t c) { return c >= u'0' && c <= u'9'; }
 bool isLetter(char16_t c) { return (c >= u'A' && c <= u'Z') || (c >= u'a' && c <= u'z'); }
 
 // Characters that ICU takes for themselves and for nothing else.
 bool isPlainLiteral(char16_t c) {
-    return std::u16string_view(u"-/:.,T").find(c) != std::u16string_view::npos;
+    return std::u16string_view(u"-/:.,T ").find(c) != std::u16string_view::npos;
 }
 
 const Run* findRun(char16_t letter, size_t length) {
@@ -33,18 +59,21 @@ const Run* findRun(char16_t letter, size_t length) {
     return nullptr;
 }
 
+bool isMonth(PlainCalendarStep step) { return step.kind == MONTH || step.kind == MONTH_NAME; }
+
 bool add(PlainCalendar* plan, PlainCalendarStep step) {
     if (plan->count == PLAIN_CALENDAR_STEPS) return false;
     // A field that is there twice has two values.
     for (int32_t i = 0; i < plan->count && step.kind != LITERAL; ++i) {
         if (plan->steps[i].kind == step.kind) return false;
         if (plan->steps[i].kind <= SHORT_YEAR && step.kind <= SHORT_YEAR) return false;
+        if (isMonth(plan->steps[i]) && isMonth(step)) return false;
     }
     plan->steps[plan->count++] = step;
     return true;
 }
 
-bool compile(PlainCalendar* plan, std::u16string_view pattern) {
+bool compile(PlainCalendar* plan, std::u16string_view pattern, bool namesMonths) {
     while (!pattern.empty()) {
         const char16_t c = pattern[0];
         size_t length = 1;
@@ -55,7 +84,9 @@ bool compile(PlainCalendar* plan, std::u16string_view pattern) {
         } else if (isLetter(c)) {
             while (length < pattern.size() && pattern[length] == c) ++length;
             const Run* run = findRun(c, length);
-            if (run == nullptr || !add(plan, {run->kind, run->width, c})) return false;
+            if (run == nullptr || (run->kind == MONTH_NAME && !namesMonths) ||
+                !add(plan, {run->kind, run->width, c}))
+                return false;
         } else if (!isPlainLiteral(c) || !add(plan, {LITERAL, 1, c})) {
             return false;
         }
@@ -71,6 +102,17 @@ bool readDigits(std::u16string_view text, int32_t* value) {
         *value = *value * 10 + (c - u'0');
     }
     return true;
+}
+
+bool readMonthName(std::u16string_view text, CalendarFields* fields) {
+    for (int32_t month = 0; month < 12; ++month) {
+        if (PLAIN_CALENDAR_MONTHS.substr(static_cast<size_t>(month) * MONTH_NAME_UNITS, MONTH_NAME_UNITS) ==
+            text) {
+            fields->month = month;
+            return true;
+        }
+    }
+    return false;
 }
 
 // "+05:30" or "+0530".
@@ -130,16 +172,18 @@ bool readStep(const PlainCalendar* plan, const PlainCalendarStep& step, std::u16
               CalendarFields* fields) {
     if (step.kind == LITERAL) return text[0] == step.literal;
     if (step.kind == ZONE) return readZone(text, fields);
+    if (step.kind == MONTH_NAME) return readMonthName(text, fields);
     int32_t value = 0;
     return readDigits(text, &value) && setField(plan, step, value, fields);
 }
 
 }  // namespace
 
-void PlainCalendar_compile(PlainCalendar* this_, std::u16string_view pattern, int32_t centuryStart) {
+void PlainCalendar_compile(PlainCalendar* this_, std::u16string_view pattern, int32_t centuryStart,
+                           bool namesMonths) {
     *this_ = {};
     this_->centuryStart = centuryStart;
-    if (!compile(this_, pattern)) this_->count = 0;
+    if (!compile(this_, pattern, namesMonths)) this_->count = 0;
 }
 
 bool PlainCalendar_read(const PlainCalendar* this_, std::u16string_view text, CalendarFields* fields) {

@@ -15,15 +15,18 @@ struct PlainCalendarStep {
     char16_t literal;
 };
 
-// A pattern of digits of fixed number and of single characters between them, compiled for reading without
-// ICU. A plain value; no steps: the pattern is another.
+// A pattern of digits of fixed number and of single characters between them, or of English names of months,
+// compiled for reading without ICU. A plain value; no steps: the pattern is another.
 struct PlainCalendar {
     PlainCalendarStep steps[PLAIN_CALENDAR_STEPS];
     int32_t count;
     int32_t centuryStart;  // the first year that two digits can mean
 };
 
-void PlainCalendar_compile(PlainCalendar* this_, std::u16string_view pattern, int32_t centuryStart);
+// The names of months, of three letters, are PLAIN_CALENDAR_MONTHS if `namesMonths` is set.
+void PlainCalendar_compile(PlainCalendar* this_, std::u16string_view pattern, int32_t centuryStart,
+                           bool namesMonths);
+inline constexpr std::u16string_view PLAIN_CALENDAR_MONTHS = u"JanFebMarAprMayJunJulAugSepOctNovDec";
 // False unless the text is of the plainest: digits as many as the letters are, every field within its bounds.
 // Of the others, ICU says what they are.
 bool PlainCalendar_read(const PlainCalendar* this_, std::u16string_view text, CalendarFields* fields);

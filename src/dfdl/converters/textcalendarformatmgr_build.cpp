@@ -108,7 +108,10 @@ void settleZone(OwnedEntry* made, const CalendarFormatTableRow* row, const UCale
         entry->zone = nullptr;
         entry->zone = nameOffset(offset, entry->heap);
     }
-    entry->hasOffset = (!isPlace || staysInWinter) && offset % MILLISECONDS_OF_MINUTE == 0 ? 1 : 0;
+    // Any other offset is for ICU to refuse.
+    constexpr int32_t MOST = CALENDAR_MOST_ZONE_MINUTES * MILLISECONDS_OF_MINUTE;
+    const bool isPlain = offset >= -MOST && offset <= MOST && offset % MILLISECONDS_OF_MINUTE == 0;
+    entry->hasOffset = (!isPlace || staysInWinter) && isPlain ? 1 : 0;
     entry->zoneOffset = offset / MILLISECONDS_OF_MINUTE;
 }
 
@@ -172,10 +175,26 @@ int32_t firstYearOfCentury(const UDateFormat* format) {
     return ucal_get(calendar.get(), UCAL_YEAR, &status);
 }
 
+// Whether its short names of months are those that are read without ICU.
+bool namesPlainMonths(const UDateFormat* format) {
+    for (int32_t month = 0; month < 12; ++month) {
+        UErrorCode status = U_ZERO_ERROR;
+        UChar name[8];
+        const int32_t length = udat_getSymbols(format, UDAT_SHORT_MONTHS, month, name, 8, &status);
+        const auto start = static_cast<size_t>(month) * 3;
+        if (U_FAILURE(status) || length != 3 ||
+            PLAIN_CALENDAR_MONTHS.substr(start, 3) != std::u16string_view(name, 3)) {
+            return false;
+        }
+    }
+    return true;
+}
+
 void judge(TextCalendarFormatEntry* entry, const DFDLUString* pattern) {
     if (pattern == nullptr || entry->isIso != 0 || !isGregorian(entry->format)) return;
     if (entry->readsZone == 0 && entry->hasOffset == 0) return;
-    PlainCalendar_compile(&entry->plain, DFDLUString_view(pattern), firstYearOfCentury(entry->format));
+    PlainCalendar_compile(&entry->plain, DFDLUString_view(pattern), firstYearOfCentury(entry->format),
+                          namesPlainMonths(entry->format));
 }
 
 }  // namespace

@@ -132,8 +132,9 @@ UCalendar* prepare(const Reading& reading) {
     ucal_setAttribute(calendar, UCAL_LENIENT, 1);
     ucal_setMillis(calendar, 0, &status);
     ucal_setDateTime(calendar, 1970, UCAL_JANUARY, 1, 0, 0, 0, &status);
-    const int32_t monday = reading.format->iCalendarFirstDayOfWeek;
-    ucal_setAttribute(calendar, UCAL_FIRST_DAY_OF_WEEK, (monday + 1) % DAYS_OF_WEEK + 1);
+    const int64_t fromMonday = reading.format->iCalendarFirstDayOfWeek;
+    ucal_setAttribute(calendar, UCAL_FIRST_DAY_OF_WEEK,
+                      static_cast<int32_t>((fromMonday + 1) % DAYS_OF_WEEK) + 1);
     ucal_setAttribute(calendar, UCAL_MINIMAL_DAYS_IN_FIRST_WEEK, reading.format->iCalendarDaysInFirstWeek);
     return U_SUCCESS(status) ? calendar : nullptr;
 }
