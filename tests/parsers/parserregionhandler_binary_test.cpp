@@ -391,7 +391,7 @@ TEST(BinaryFields, RowsThatAreMissingOrAskForMore) {
     EXPECT_EQ(rig.readAll(fromHex("01020304")).substr(0, 9), "CTDP3900E");
     rig.setPhysicalType(BINARY_CALENDAR);
     rig.number.iBinaryNumberRepresentation = BCD;
-    EXPECT_EQ(rig.readAll(fromHex("20260101")).substr(0, 9), "CTDP3900E");
+    EXPECT_EQ(rig.readAll(fromHex("20260101")).substr(0, 9), "CTDP3017E");
 }
 
 struct CalendarCase {

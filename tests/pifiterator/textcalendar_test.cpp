@@ -75,6 +75,10 @@ const Case CASES[] = {
      "2026-11-23T12:00:00+00:00"},
     {"an offset where Z may stand", "DATETIME", "yyyy-MM-dd'T'HH:mm:ssU", zForUtc,
      "2026-11-23T12:00:00-08:00", "2026-11-23T12:00:00-08:00"},
+    {"winter time in summer", "DATETIME", "yyyyMMddHHmmss z", asItIs, "20260715120000 PST",
+     "2026-07-15T12:00:00-08:00"},
+    {"summer time by its name", "DATETIME", "yyyyMMddHHmmss z", asItIs, "20260715120000 PDT",
+     "2026-07-15T12:00:00-07:00"},
     // Years.
     {"a year before 1000", "DATE", "yyyy-MM-dd", asItIs, "0476-09-04", "0476-09-04T00:00:00"},
     {"a year after 9999", "DATE", "yyyyy-MM-dd", asItIs, "12026-09-04", "12026-09-04T00:00:00"},

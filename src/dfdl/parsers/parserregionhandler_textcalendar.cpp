@@ -19,10 +19,12 @@ namespace {
 
 using OwnedText = Owned<DFDLUString, delete_DFDLUString>;
 using OwnedCalendar = Owned<UCalendar, ucal_close>;
+using RecordOfText = Owned<DFDLCalendarImpl, delete_DFDLCalendarImplFromUCalendar>;
 
 constexpr int32_t ZONE_NAME_CAPACITY = 128;
 constexpr int32_t ZERO_OFFSET_UNITS = 6;  // "+00:00"
 constexpr int32_t DAYS_OF_WEEK = 7;
+constexpr double MILLISECONDS_OF_MINUTE = 60000;
 
 // A text that is being read.
 struct Reading {
@@ -152,6 +154,31 @@ int32_t placeInText(const Reading& reading, int32_t position) {
     return place;
 }
 
+// A copy that has the clock of the text, whatever a place's own clock would make of it in summer.
+UCalendar* copyAsWritten(const UCalendar* calendar, UErrorCode* status) {
+    constexpr std::u16string_view GMT = DFDLConstants::GMT;
+    OwnedCalendar copy(ucal_clone(calendar, status));
+    if (U_FAILURE(*status)) return nullptr;
+    ucal_clearField(copy.get(), UCAL_ZONE_OFFSET);
+    ucal_clearField(copy.get(), UCAL_DST_OFFSET);
+    ucal_setTimeZone(copy.get(), GMT.data(), static_cast<int32_t>(GMT.size()), status);
+    return copy.release();
+}
+
+// The text's own clock and its distance from Greenwich.
+DFDLCalendarImpl* finishAsWritten(const Reading& reading, UCalendar* calendar) {
+    UErrorCode status = U_ZERO_ERROR;
+    const OwnedCalendar written(copyAsWritten(calendar, &status));
+    if (U_FAILURE(status)) return refuse(reading, 0);
+    if (reading.format->iCalendarStrictChecking) ucal_setAttribute(calendar, UCAL_LENIENT, 0);
+    const RecordOfText checked(finish(reading, calendar, true));
+    if (checked == nullptr) return nullptr;
+    const double distance = ucal_getMillis(written.get(), &status) - ucal_getMillis(calendar, &status);
+    DFDLCalendarImpl* record = finish(reading, written.get(), true);
+    if (record != nullptr) record->timeZoneOffset = static_cast<int32_t>(distance / MILLISECONDS_OF_MINUTE);
+    return record;
+}
+
 DFDLCalendarImpl* readByIcu(const Reading& reading, const DFDLUString* text) {
     UCalendar* calendar = prepare(reading);
     if (calendar == nullptr) return refuse(reading, 0);
@@ -161,6 +188,9 @@ DFDLCalendarImpl* readByIcu(const Reading& reading, const DFDLUString* text) {
     udat_parseCalendar(entry->format, calendar, text->chars, text->length, &position, &status);
     if (U_FAILURE(status) || position != text->length) {
         return refuse(reading, placeInText(reading, position) + 1);
+    }
+    if (entry->readsZone != 0 && !reading.format->iCalendarObserveDST) {
+        return finishAsWritten(reading, calendar);
     }
     if (reading.format->iCalendarStrictChecking) ucal_setAttribute(calendar, UCAL_LENIENT, 0);
     return finish(reading, calendar, entry->readsZone != 0 || entry->namesZone != 0);
