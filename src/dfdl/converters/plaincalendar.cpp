@@ -95,6 +95,17 @@ bool compile(PlainCalendar* plan, std::u16string_view pattern, bool namesMonths)
     return true;
 }
 
+// ICU skips blanks where a field begins, and nowhere else takes them for themselves.
+bool blanksStandBetweenFields(const PlainCalendar* plan) {
+    for (int32_t i = 0; i < plan->count; ++i) {
+        const PlainCalendarStep& step = plan->steps[i];
+        if (step.kind != LITERAL || step.literal != u' ') continue;
+        if (i == 0 || i + 1 == plan->count) return false;
+        if (plan->steps[i - 1].kind == LITERAL || plan->steps[i + 1].kind == LITERAL) return false;
+    }
+    return true;
+}
+
 bool readDigits(std::u16string_view text, int32_t* value) {
     *value = 0;
     for (const char16_t c : text) {
@@ -183,7 +194,7 @@ void PlainCalendar_compile(PlainCalendar* this_, std::u16string_view pattern, in
                            bool namesMonths) {
     *this_ = {};
     this_->centuryStart = centuryStart;
-    if (!compile(this_, pattern, namesMonths)) this_->count = 0;
+    if (!compile(this_, pattern, namesMonths) || !blanksStandBetweenFields(this_)) this_->count = 0;
 }
 
 bool PlainCalendar_read(const PlainCalendar* this_, std::u16string_view text, CalendarFields* fields) {
