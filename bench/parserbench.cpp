@@ -26,6 +26,10 @@ void onDecimal(DFDLDocHandler* handler, const char* digits, int32_t length, uint
     ++sinkOf(handler)->values;
     sinkOf(handler)->units += length + digits[0];
 }
+void onCalendar(DFDLDocHandler* handler, const DFDLCalendar* calendar, uint32_t) {
+    ++sinkOf(handler)->values;
+    sinkOf(handler)->units += calendar != nullptr ? 1 : 2;
+}
 void onNil(DFDLDocHandler* handler) { sinkOf(handler)->units += 1; }
 void onEnd(DFDLDocHandler* handler, DFDLWORD endBit) { sinkOf(handler)->lastEnd = endBit; }
 void onRelease(DFDLBufferHandler*, DFDLByteBuffer*) {}
@@ -49,6 +53,7 @@ SinkHandler::SinkHandler() : handler_(new_DFDLDocHandler()) {
     DFDLDocHandler_setElementFloatValueCallback(handler_, onNumber<float>);
     DFDLDocHandler_setElementDoubleValueCallback(handler_, onNumber<double>);
     DFDLDocHandler_setElementDecimalValueCallback(handler_, onDecimal);
+    DFDLDocHandler_setElementCalendarValueCallback(handler_, onCalendar);
     DFDLDocHandler_setElementNilValueCallback(handler_, onNil);
     DFDLDocHandler_setEndElementCallback(handler_, onEnd);
 }
@@ -92,6 +97,7 @@ HandEvents::HandEvents()
                onNumber<uint8_t>, onNumber<uint16_t>, onNumber<uint32_t>, onNumber<uint64_t>,
                onNumber<float>,   onNumber<double>},
       decimal_(onDecimal),
+      calendar_(onCalendar),
       nil_(onNil),
       end_(onEnd) {
     UErrorCode status = U_ZERO_ERROR;
@@ -100,6 +106,7 @@ HandEvents::HandEvents()
     benchmark::DoNotOptimize(value_);
     benchmark::DoNotOptimize(numbers_);
     benchmark::DoNotOptimize(decimal_);
+    benchmark::DoNotOptimize(calendar_);
     benchmark::DoNotOptimize(nil_);
     benchmark::DoNotOptimize(end_);
 }

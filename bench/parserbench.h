@@ -93,6 +93,7 @@ class HandEvents {
         std::get<NumberCallback<Number>>(numbers_)(sink_.handler(), value, 0);
     }
     void decimal(const char* digits, int32_t length) { decimal_(sink_.handler(), digits, length, 0); }
+    void calendar(const DFDLCalendar* value) { calendar_(sink_.handler(), value, 0); }
     const Sink& sink() const { return sink_.sink(); }
 
   private:
@@ -110,6 +111,7 @@ class HandEvents {
                NumberCallback<double>>
         numbers_;
     DFDLElementDecimalValueCallback decimal_;
+    DFDLElementCalendarValueCallback calendar_;
     DFDLElementNilValueCallback nil_;
     DFDLEndElementCallback end_;
 };

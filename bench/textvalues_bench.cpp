@@ -134,6 +134,91 @@ void typedParse(benchmark::State& state, bool inBuffers) {
     benchParser(state, makeGrammar(), records(), RECORDS * std::ssize(FIELDS), inBuffers);
 }
 
+// ---- Four dates ----------------------------------------------------------------------------------------
+
+struct DateField {
+    const char* pattern;
+    int32_t width;
+    int32_t year, month, day;  // where their digits begin
+};
+constexpr DateField DATES[] = {{"yyyyMMdd", 8, 0, 4, 6},
+                               {"yyyy-MM-dd", 10, 0, 5, 8},
+                               {"dd/MM/yyyy", 10, 6, 3, 0},
+                               {"yyyyMMdd", 8, 0, 4, 6}};
+
+void putDigits(std::string* data, size_t at, int32_t count, uint32_t value) {
+    for (int32_t i = count - 1; i >= 0; --i, value /= 10)
+        (*data)[at + static_cast<size_t>(i)] = static_cast<char>('0' + value % 10);
+}
+
+std::string makeDates() {
+    std::string data;
+    Random random;
+    for (int32_t record = 0; record < RECORDS; ++record) {
+        for (const DateField& field : DATES) {
+            const size_t at = data.size();
+            data += field.pattern;
+            putDigits(&data, at + static_cast<size_t>(field.year), 4, 1900 + random.below(200));
+            putDigits(&data, at + static_cast<size_t>(field.month), 2, 1 + random.below(12));
+            putDigits(&data, at + static_cast<size_t>(field.day), 2, 1 + random.below(28));
+        }
+    }
+    return data;
+}
+
+const std::string& dates() {
+    static const std::string data = makeDates();
+    return data;
+}
+
+DFDLGrammar* makeDateGrammar() {
+    GrammarBuilder builder;
+    auto file = builder.complexElement("file");
+    auto record = file.complexElement("record").occurs(RECORDS, RECORDS).occursFixed();
+    for (const DateField& field : DATES)
+        record.textCalendar("date", "DATE", field.pattern).bytes(field.width);
+    return builder.load();
+}
+
+int32_t takeDigits(const char* first, int32_t count) {
+    int32_t value = 0;
+    if (std::from_chars(first, first + count, value).ptr != first + count) std::abort();
+    return value;
+}
+
+void datesByHand(benchmark::State& state) {
+    HandEvents events;
+    DFDLCalendar* calendar = new_DFDLCalendar();
+    for (auto step : state) {
+        int64_t at = 0;
+        for (int32_t record = 0; record < RECORDS; ++record) {
+            events.start(u"record", at);
+            for (const DateField& field : DATES) {
+                const char* bytes = dates().data() + at;
+                const int32_t month = takeDigits(bytes + field.month, 2);
+                const int32_t day = takeDigits(bytes + field.day, 2);
+                if (month < 1 || month > 12 || day < 1 || day > 31) std::abort();
+                DfdlCalendar_setDate(calendar, takeDigits(bytes + field.year, 4), month - 1, day);
+                events.start(u"date", at);
+                events.calendar(calendar);
+                at += field.width;
+                events.end(at);
+            }
+            events.end(at);
+        }
+    }
+    delete_DFDLCalendar(calendar);
+    reportFields(state, RECORDS * std::ssize(DATES), dates().size());
+    keep(events.sink());
+}
+
+void datesParse(benchmark::State& state, bool inBuffers) {
+    benchParser(state, makeDateGrammar(), dates(), RECORDS * std::ssize(DATES), inBuffers);
+}
+
+BENCHMARK(datesByHand)->Unit(benchmark::kMillisecond);
+BENCHMARK_CAPTURE(datesParse, inPlace, false)->Unit(benchmark::kMillisecond);
+BENCHMARK_CAPTURE(datesParse, inBuffers, true)->Unit(benchmark::kMillisecond);
 BENCHMARK(typedByHand)->Unit(benchmark::kMillisecond);
 BENCHMARK(typedByHandAsText)->Unit(benchmark::kMillisecond);
 BENCHMARK_CAPTURE(typedParse, inPlace, false)->Unit(benchmark::kMillisecond);
