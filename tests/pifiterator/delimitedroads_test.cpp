@@ -69,7 +69,10 @@ class RandomMessage {
     void field(GrammarHandle parent, bool array) {
         const std::string name = "f" + std::to_string(fields_++);
         numbers_ = numbers_ || below(6) == 0;
-        auto text = numbers_ && below(2) == 0 ? addRandomNumber(parent, name, &random_) : parent.text(name);
+        const int kind = numbers_ ? below(6) : 5;
+        auto text = kind < 3    ? addRandomNumber(parent, name, &random_)
+                    : kind == 3 ? addRandomCalendar(parent, name, &random_)
+                                : parent.text(name);
         text.delimited().encoding(encoding_);
         if (below(4) == 0) text.trimBoth("%SP;");
         if (below(5) == 0) text.escapeBlock("\"", "\"", below(2) == 0 ? "\"" : "");
@@ -102,7 +105,7 @@ class RandomMessage {
                                                  "a longer stretch of plain text",
                                                  "\r"};
         std::string result;
-        if (numbers_ && below(10) != 0) return randomDigits(&random_);
+        if (numbers_ && below(10) != 0) return below(4) == 0 ? randomStamp(&random_) : randomDigits(&random_);
         if (below(12) == 0) return "\"" + std::string(1, ";,|\n"[below(4)]) + "\"";
         for (int pieces = below(4); pieces > 0; --pieces) result += PIECES[below(below(3) == 0 ? 12 : 3)];
         return result;

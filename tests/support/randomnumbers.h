@@ -24,6 +24,25 @@ inline GrammarHandle addRandomNumber(GrammarHandle parent, const std::string& na
     return number;
 }
 
+inline GrammarHandle addRandomCalendar(GrammarHandle parent, const std::string& name, std::mt19937* random) {
+    struct Kind {
+        const char* kind;
+        const char* pattern;
+    };
+    static constexpr Kind KINDS[] = {{"DATE", "yyyyMMdd"},    {"DATE", "dd/MM/yy"},
+                                     {"TIME", "HHmmss"},      {"DATETIME", "yyyyMMddHHmmss"},
+                                     {"DATE", "dd MMM yyyy"}, {"DATETIME", "yyyy-MM-dd'T'HH:mm:ss.SSSZ"}};
+    const Kind& kind = KINDS[belowOf(random, 6)];
+    return parent.textCalendar(name, kind.kind, kind.pattern);
+}
+
+inline std::string randomStamp(std::mt19937* random) {
+    static constexpr const char* TEXTS[] = {"20261123",       "23/11/26",    "235959",
+                                            "20260228123000", "01 Jan 1999", "2026-02-28T12:30:00.250+0530",
+                                            "20260230",       "99/99/99",    "15820101"};
+    return TEXTS[belowOf(random, 9)];
+}
+
 inline std::string randomDigits(std::mt19937* random) {
     static constexpr const char* TEXTS[] = {
         "0",     "7",   "-12", "255",  "1,234.5", "00012", "+3",          "3.14",     "1000000",   "-0",

@@ -27,6 +27,11 @@ inline constexpr int32_t CALENDAR_MOST_ZONE_MINUTES = 14 * 60;
 // No field needs carrying, the year has four digits and no calendar but the Gregorian one: the record is what
 // the text says, whatever ICU would do.
 bool CalendarFields_arePlain(const CalendarFields* this_);
+// Sets all of a new record.
+void CalendarFields_fillCalendar(const CalendarFields* this_, DFDLCalendarImpl* target);
+// All fields in one word, and back. False, and no word, for a year of more than four digits.
+bool CalendarFields_pack(const CalendarFields* this_, int64_t* word);
+CalendarFields CalendarFields_unpack(int64_t word);
 DFDLCalendarImpl* CalendarFields_toCalendar(const CalendarFields* this_, DFDLHeapAdapter* heap);
 // Sets all but the zone.
 void CalendarFields_fillUCalendar(const CalendarFields* this_, UCalendar* target, UErrorCode* status);

@@ -197,10 +197,10 @@ DFDLValue* ParserRegionHandler_buildDFDLValueFromNumber(ParserRegionHandler* thi
 DFDLValue* ParserRegionHandler_setSchemaType(ParserRegionHandler* this_, DFDLValue* value,
                                              const GroupMemberTableRow* row);
 
-// The value of a number whose text is plain, for the short roads. False, with nothing raised, if the
-// operations above have to read it, or to say what is wrong with it.
-bool ParserRegionHandler_readPlainNumber(ParserRegionHandler* this_, const GroupMemberTableRow* row,
-                                         std::u16string_view text, PlainValue* value);
+// The value of a number or calendar whose text is plain, for the short roads. False, with nothing raised, if
+// the operations above have to read it, or to say what is wrong with it.
+bool ParserRegionHandler_readPlainValue(ParserRegionHandler* this_, const GroupMemberTableRow* row,
+                                        std::u16string_view text, PlainValue* value);
 
 // Integers of the row's type, from a word, which of unsigned types holds the bits, and from the scratch
 // decimal. Null with an error if it is out of range.

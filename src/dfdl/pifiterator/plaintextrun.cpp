@@ -73,10 +73,10 @@ bool decodeBlock(const RowPlan&, const DFDLCharset*, const PlainBytes&, UChar*, 
 
 #endif
 
-bool deliverNumber(PIFIteratorForParser* iterator, const RowPlan& plan, const Text& text, BitRange place) {
+bool deliverConverted(PIFIteratorForParser* iterator, const RowPlan& plan, const Text& text, BitRange place) {
     PlainValue value{};
-    if (!ParserRegionHandler_readPlainNumber(iterator->parserRegionHandler, plan.textNumberRow,
-                                             {text.chars, static_cast<size_t>(text.length)}, &value)) {
+    if (!ParserRegionHandler_readPlainValue(iterator->parserRegionHandler, plan.convertedRow,
+                                            {text.chars, static_cast<size_t>(text.length)}, &value)) {
         return false;
     }
     DocHandlerEventBuffer_plainWord(iterator->eventBuffer, &plan.plainElement, value, place.start, place.end);
@@ -114,7 +114,7 @@ bool PlainTextRun_deliver(PIFIteratorForParser* iterator, const RowPlan& plan, D
         if (!DFDLCharset_decodeDirectly(charset, bytes.start, bytes.count, target)) return false;
         text = trim(plan, target, static_cast<int32_t>(bytes.count));
     }
-    if (plan.textNumberRow != nullptr) return deliverNumber(iterator, plan, text, place);
+    if (plan.convertedRow != nullptr) return deliverConverted(iterator, plan, text, place);
     DocHandlerEventBuffer_plainText(iterator->eventBuffer, &plan.plainElement, text.chars, text.length,
                                     place.start, place.end);
     return true;

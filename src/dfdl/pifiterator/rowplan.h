@@ -67,8 +67,8 @@ struct RowPlan {
     int32_t compiledSetId;
     UnorderedMembers* spareMembers;  // of closed unordered groups
     PlainMember plainMember;
-    PlainElement plainElement;                 // of a plain member or field
-    const GroupMemberTableRow* textNumberRow;  // of one that is a number written as text; else null
+    PlainElement plainElement;                // of a plain member or field
+    const GroupMemberTableRow* convertedRow;  // of one that is a number or calendar written as text
     // Of a complex element that is a sequence of plain members and nothing else, or one of plain fields with
     // a terminator: the first of them.
     const GroupMemberTableRow* recordMembers;

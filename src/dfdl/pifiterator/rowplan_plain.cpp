@@ -39,9 +39,14 @@ bool isPlainNumber(const GroupMemberTableRow& row) {
            !losesZeros;
 }
 
-// A text whose decoded characters are the value, or a number, but for padding of one unit.
+bool isPlainCalendar(const GroupMemberTableRow& row) {
+    const int32_t type = row.simpleTypeKind;
+    return row.iPhysicalType == TEXT_CALENDAR && type >= SIMPLE_DATE && type <= SIMPLE_DATETIME;
+}
+
+// A text whose decoded characters are the value, or what it is read from, but for padding of one unit.
 bool isUnframedText(const RowPlan& plan, const GroupMemberTableRow& row) {
-    const bool converts = row.iPhysicalType == TEXT_STRING || plan.textNumberRow != nullptr;
+    const bool converts = row.iPhysicalType == TEXT_STRING || plan.convertedRow != nullptr;
     return isUnframed(plan, row, ITEM_SIMPLE_ELEMENT) && converts && plan.trim != TRIM_BYTE &&
            plan.padCharacter[1] == 0;
 }
@@ -130,7 +135,7 @@ const UChar* charsOf(const DFDLUString* string) { return string == nullptr ? u""
 
 PlainElement plainElement(const RowPlan& plan, const GroupMemberTableRow& row) {
     const ElementTableRow* element = row.elementRow;
-    const DFDLType type = plan.textNumberRow != nullptr
+    const DFDLType type = plan.convertedRow != nullptr
                               ? static_cast<DFDLType>(DFDLType_getTypeFromDFDLSimpleType(row.simpleTypeKind))
                               : plan.plainMember.number.type;
     return {charsOf(element->name), charsOf(element->namespace_), charsOf(row.scdText),
@@ -140,7 +145,7 @@ PlainElement plainElement(const RowPlan& plan, const GroupMemberTableRow& row) {
 }  // namespace
 
 void RowPlan_planShortRoads(RowPlan* this_, const GroupMemberTableRow& row) {
-    if (isPlainNumber(row)) this_->textNumberRow = &row;
+    if (isPlainNumber(row) || isPlainCalendar(row)) this_->convertedRow = &row;
     planMember(this_, row);
     this_->isPlainField = plainFieldKind(*this_, row);
     this_->emptyField = isNilIfEmpty(*this_, row) ? EMPTY_IS_NIL

@@ -3,6 +3,8 @@
 #include <bit>
 #include <charconv>
 
+#include "dfdl/converters/calendarfields.h"
+#include "dfdl/converters/dfdlcalendar.h"
 #include "dfdl/foundation/dfdlbufferfactory.h"
 #include "dfdl/foundation/dfdldecimal.h"
 #include "dfdl/foundation/dfdlpoolingfactory.h"
@@ -146,6 +148,14 @@ void givePlainDecimal(DFDLDocHandlerImpl* handler, int64_t word, int32_t places)
     handler->elementDecimalValue(handler, first, static_cast<int32_t>(end - first), DFDL_VALUE_DECIMAL);
 }
 
+void givePlainCalendar(DocHandlerAdapter* adapter, DFDLValue* value, int64_t word) {
+    DFDLCalendarImpl calendar{};
+    const CalendarFields fields = CalendarFields_unpack(word);
+    CalendarFields_fillCalendar(&fields, &calendar);
+    value->u.calendar.calendar = &calendar;
+    give(adapter, value);
+}
+
 void givePlain(DocHandlerAdapter* adapter, const PlainElement* plan, PlainValue plain) {
     const int64_t word = plain.word;
     DFDLValue value{};
@@ -162,6 +172,10 @@ void givePlain(DocHandlerAdapter* adapter, const PlainElement* plan, PlainValue 
         case TYPE_BOOLEAN:
             value.u.boolean = static_cast<int32_t>(word);
             break;
+        case TYPE_DATE:
+        case TYPE_TIME:
+        case TYPE_DATETIME:
+            return givePlainCalendar(adapter, &value, word);
         default:
             value.u.signedQ = word;
             break;

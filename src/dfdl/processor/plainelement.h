@@ -18,7 +18,7 @@ struct PlainElement {
 };
 
 // A value that fits a word: integers as they are, truth as 1 or 0, the bits of a float in the low half, of a
-// decimal the digits without the point.
+// decimal the digits without the point, the packed fields of a calendar.
 struct PlainValue {
     int64_t word;
     int32_t places;  // behind the point, of a decimal: 0 to MOST_PLACES
