@@ -1,3 +1,4 @@
+#include <unicode/uchar.h>
 #include <unicode/ustring.h>
 
 #include <string_view>
@@ -152,8 +153,10 @@ bool readTrimmedBytes(PIFIteratorForParser* iterator, ContextItemForParser* item
     if (!skip(iterator, item, padding.leading)) return false;
     const int64_t kept = length - padding.leading - padding.trailing;
     *result = {padding.leading, 0, kept};
+    // A number that is padding throughout is zero.
+    const std::u16string_view nothing = item->row->iPhysicalType == TEXT_NUMBER ? u"0" : u"";
     iterator->extractedText = kept == 0
-                                  ? DFDLUStringPooler_getDFDLUStringFromUChars(iterator->heap, u"", 0)
+                                  ? DFDLUStringPooler_getDFDLUStringFromView(iterator->heap, nothing)
                                   : BufferManager_readBytesAsString(
                                         iterator->bufferManager, item->plan->encodingIndex, kept, item->row);
     return iterator->extractedText != nullptr && skip(iterator, item, padding.trailing);
@@ -183,12 +186,23 @@ int32_t lengthWithoutTrailingPads(const UChar* chars, int32_t start, int32_t len
     return at;
 }
 
+// Zeros pad numbers, but one of them is the number's own where no other digit is left in front.
+void keepZero(const DFDLUString* text, int32_t* start, int32_t* end) {
+    const bool isEmpty = *start == *end;
+    if (*start > 0 && (isEmpty || u_isdigit(text->chars[*start]) == 0)) {
+        --*start;
+    } else if (isEmpty && *end < text->length) {
+        ++*end;
+    }
+}
+
 // The characters of padding that stood in front.
-int32_t trimCharacters(const RowPlan& plan, DFDLUString* text) {
-    const int32_t start = plan.trimLeading != 0 ? leadingPads(text->chars, text->length, padOf(plan)) : 0;
-    const int32_t end = plan.trimTrailing != 0
-                            ? lengthWithoutTrailingPads(text->chars, start, text->length, padOf(plan))
-                            : text->length;
+int32_t trimCharacters(const RowPlan& plan, bool isNumber, DFDLUString* text) {
+    int32_t start = plan.trimLeading != 0 ? leadingPads(text->chars, text->length, padOf(plan)) : 0;
+    int32_t end = plan.trimTrailing != 0
+                      ? lengthWithoutTrailingPads(text->chars, start, text->length, padOf(plan))
+                      : text->length;
+    if (isNumber && padOf(plan) == u"0") keepZero(text, &start, &end);
     if (start > 0)
         std::char_traits<UChar>::move(text->chars, text->chars + start, static_cast<size_t>(end - start));
     text->length = end - start;
@@ -213,7 +227,8 @@ bool readText(PIFIteratorForParser* iterator, ContextItemForParser* item, int64_
     if (iterator->extractedText == nullptr) return false;
     *kept = {0, 0, bytes};
     if (plan.trim == TRIM_CHARACTER) {
-        kept->leading = trimCharacters(plan, iterator->extractedText);
+        kept->leading =
+            trimCharacters(plan, item->row->iPhysicalType == TEXT_NUMBER, iterator->extractedText);
         kept->characters = u_countChar32(iterator->extractedText->chars, iterator->extractedText->length);
     }
     return true;
