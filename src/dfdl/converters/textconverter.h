@@ -40,7 +40,11 @@ DFDLUString* TextConverter_createStringFromByteArray(DFDLCharset* charset, const
 // the text; null with the error.
 DFDLUString* TextConverter_preprocessCheckPolicy(DFDLUString* text, const TextNumberTableRow* row,
                                                  const UNumberFormat* format, bool ignoreCase,
-                                                 ProcessingError* error, DFDLHeapAdapter* heap);
+                                                 ProcessingError* error, const GroupMemberTableRow* element,
+                                                 DFDLHeapAdapter* heap);
+// Says that reading the number of the element stopped at a position of its text.
+void TextConverter_raiseParseIncomplete(ProcessingError* error, const GroupMemberTableRow* element,
+                                        const DFDLUString* text, int32_t position);
 
 // Takes the escapes out of a field's raw text. Only removal happens, so it is done in place: the result is
 // the text. What counts as an escape is what the scanner took for one when it looked for the field's end.

@@ -3,6 +3,7 @@
 #include "dfdl/converters/textconverter.h"
 #include "dfdl/foundation/dfdlustring.h"
 #include "dfdl/foundation/processingerror.h"
+#include "dfdl/pif/groupmembertable.h"
 #include "dfdl/pif/textnumbertable.h"
 
 namespace {
@@ -41,7 +42,8 @@ bool isOtherCase(UChar unit, UChar exponent) {
 
 DFDLUString* TextConverter_preprocessCheckPolicy(DFDLUString* text, const TextNumberTableRow* row,
                                                  const UNumberFormat* format, bool ignoreCase,
-                                                 ProcessingError* error, DFDLHeapAdapter* heap) {
+                                                 ProcessingError* error, const GroupMemberTableRow* element,
+                                                 DFDLHeapAdapter* heap) {
     if (row->iNumberCheckPolicy == NUMBER_CHECKPOLICY_LAX) text = trimmed(text, heap);
     const UChar exponent = hasExponent(row) ? exponentOf(row, format) : UChar{0};
     if (exponent == 0) return text;
@@ -51,11 +53,20 @@ DFDLUString* TextConverter_preprocessCheckPolicy(DFDLUString* text, const TextNu
             DFDLUString_setAt(text, at, exponent);
             continue;
         }
-        ProcessingError_setValues(error, __FILE__, __LINE__, DFDLParser_numberParseIncomplete,
-                                  ERROR_PROCESSING, SUBKIND_NONE, "%Z%C%d", text,
-                                  static_cast<int>(text->chars[at]), at);
+        TextConverter_raiseParseIncomplete(error, element, text, at);
         delete_DFDLUString(text);
         return nullptr;
     }
     return text;
+}
+
+void TextConverter_raiseParseIncomplete(ProcessingError* error, const GroupMemberTableRow* element,
+                                        const DFDLUString* text, int32_t position) {
+    const TextNumberTableRow* row = GroupMemberTableRow_getTextNumberRow(element);
+    const bool isInside = position >= 0 && position < text->length;
+    ProcessingError_setValues(error, __FILE__, __LINE__, DFDLParser_numberParseIncomplete, ERROR_PROCESSING,
+                              SUBKIND_NONE, "%Z%C%d%Z%Z%d", text,
+                              static_cast<int>(isInside ? text->chars[position] : UChar{0}), position,
+                              GroupMemberTableRow_getElementName(element), row->iNumberPattern,
+                              static_cast<int>(TextNumberTableRow_radix(row->iNumberBase)));
 }

@@ -116,7 +116,7 @@ DFDLUString* captureText(char letter, InsertArguments* arguments, DFDLHeapAdapte
         }
         case 'C': {
             const auto unit = static_cast<UChar>(va_arg(arguments->list, int));
-            return InsertText_new(heap, {&unit, 1}, style);
+            return InsertText_new(heap, {&unit, unit == 0 ? 0U : 1U}, style);  // none: where a text ended
         }
         case 'c': {
             const auto byte = static_cast<char>(va_arg(arguments->list, int));

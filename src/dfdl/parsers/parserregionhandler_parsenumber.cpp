@@ -1,6 +1,10 @@
 // From the text of a number to the number.
 #include <unicode/uchar.h>
 
+#include <algorithm>
+#include <charconv>
+
+#include "dfdl/converters/textconverter.h"
 #include "dfdl/converters/textnumberformatmgr.h"
 #include "dfdl/foundation/context.h"
 #include "dfdl/foundation/dfdlbufferfactory.h"
@@ -11,6 +15,7 @@
 #include "dfdl/foundation/processingerror.h"
 #include "dfdl/parsers/parserregionhandler.h"
 #include "dfdl/pif/groupmembertable.h"
+#include "dfdl/pif/textnumbertable.h"
 #include "dfdl/pif/textstringtable.h"
 
 namespace {
@@ -27,13 +32,9 @@ bool isWhole(const Outcome& outcome, View text) {
     return U_SUCCESS(outcome.status) && outcome.position == static_cast<int32_t>(text.size());
 }
 
-bool refuseAt(ParserRegionHandler* handler, const DFDLUString* text, int32_t position) {
-    const View units = DFDLUString_view(text);
-    const bool inside = position >= 0 && static_cast<size_t>(position) < units.size();
-    const UChar unit = inside ? units[static_cast<size_t>(position)] : UChar{0};
-    ProcessingError_setValues(handler->context->currentError, __FILE__, __LINE__,
-                              DFDLParser_numberParseIncomplete, ERROR_PROCESSING, SUBKIND_NONE, "%Z%C%d",
-                              text, static_cast<int>(unit), position);
+bool refuseAt(ParserRegionHandler* handler, const GroupMemberTableRow* row, const DFDLUString* text,
+              int32_t position) {
+    TextConverter_raiseParseIncomplete(handler->context->currentError, row, text, position);
     return false;
 }
 
@@ -59,7 +60,7 @@ bool readEitherWay(ParserRegionHandler* handler, const DFDLUString* text, const 
     outcome = {0, U_ZERO_ERROR};
     *parsed = whole;
     const bool counts = parse(whole, &outcome);
-    if (!isWhole(outcome, whole)) return refuseAt(handler, text, outcome.position);
+    if (!isWhole(outcome, whole)) return refuseAt(handler, row, text, outcome.position);
     return counts;
 }
 
@@ -102,6 +103,24 @@ bool parseDouble(const NumberFormatCacheEntry* entry, View text, Outcome* outcom
     return true;
 }
 
+// ICU writes the zeros at the end of a large number as an exponent: "1.2E+6". Here they become digits again,
+// if there is room for them. Returns the length.
+int32_t writeOutZeros(char* number, int32_t length, int32_t capacity) {
+    char* const end = number + length;
+    char* const exponent = std::find(number, end, 'E');
+    if (end - exponent < 3 || exponent[1] != '+') return length;
+    char* const point = std::find(number, exponent, '.');
+    char* const fraction = std::min(point + 1, exponent);
+    int32_t zeros = 0;  // stays so where the exponent is beyond its type
+    std::from_chars(exponent + 2, end, zeros);
+    zeros -= static_cast<int32_t>(exponent - fraction);
+    const auto digits = static_cast<int32_t>((point - number) + (exponent - fraction));
+    if (zeros <= 0 || zeros > capacity - digits) return length;
+    std::copy(fraction, exponent, point);
+    std::fill_n(number + digits, zeros, '0');
+    return digits + zeros;
+}
+
 // What ICU writes is longer than the text by an exponent at most, or is a word for what is no number.
 bool parseDecimal(const NumberFormatCacheEntry* entry, View text, Outcome* outcome, DFDLDecimal* decimal) {
     constexpr int32_t MARGIN = 40;
@@ -115,21 +134,11 @@ bool parseDecimal(const NumberFormatCacheEntry* entry, View text, Outcome* outco
     const int32_t capacity = sizeOf(text) + MARGIN;
     auto* number = reinterpret_cast<char*>(DFDLBufferFactory_GetBuffer(factory, int64_t{capacity} + 1));
     const ScopeExit end([&] { DFDLBufferFactory_FreeBuffer(factory, reinterpret_cast<uint8_t*>(number)); });
-    const int32_t length = dfdl_parseDecimal(entry->format, text.data(), sizeOf(text), &outcome->position,
-                                             number, capacity, &outcome->status);
+    int32_t length = dfdl_parseDecimal(entry->format, text.data(), sizeOf(text), &outcome->position, number,
+                                       capacity, &outcome->status);
+    length = writeOutZeros(number, length, capacity);
     number[length] = '\0';
     return length > 0 && DFDLDecimal_setString(decimal, number, length);
-}
-
-int32_t radixOf(NumberBaseEnum base) {
-    switch (base) {
-        case NUMBER_BASE_2:
-            return 2;
-        case NUMBER_BASE_8:
-            return 8;
-        default:
-            return 16;
-    }
 }
 
 }  // namespace
@@ -137,7 +146,8 @@ int32_t radixOf(NumberBaseEnum base) {
 bool ParserRegionHandler_createNumberFromText(ParserRegionHandler* this_, const DFDLUString* text,
                                               const NumberFormatCacheEntry* entry, NumberBaseEnum base,
                                               ParsedNumber* number, const GroupMemberTableRow* row) {
-    if (base != NUMBER_BASE_10) return ParserRegionHandler_parseLong(this_, text, radixOf(base), number, row);
+    if (base != NUMBER_BASE_10)
+        return ParserRegionHandler_parseLong(this_, text, TextNumberTableRow_radix(base), number, row);
     View parsed;
     const bool read = readEitherWay(this_, text, row, &parsed, [entry, number](View part, Outcome* outcome) {
         return parseInteger(entry, part, outcome, number);
@@ -180,7 +190,7 @@ bool ParserRegionHandler_parseLong(ParserRegionHandler* this_, const DFDLUString
     bool overflows = false;
     for (size_t at = isNegative ? 1 : 0; at < units.size(); ++at) {
         const int32_t digit = u_digit(units[at], static_cast<int8_t>(radix));
-        if (digit < 0) return refuseAt(this_, text, static_cast<int32_t>(at));
+        if (digit < 0) return refuseAt(this_, row, text, static_cast<int32_t>(at));
         overflows = __builtin_mul_overflow(size, static_cast<uint64_t>(radix), &size) || overflows;
         overflows = __builtin_add_overflow(size, static_cast<uint64_t>(digit), &size) || overflows;
     }

@@ -201,7 +201,7 @@ bool readStandard(Conversion* conversion, Text* text) {
     ParserRegionHandler* handler = conversion->handler;
     text->reset(TextConverter_preprocessCheckPolicy(text->release(), conversion->numberRow,
                                                     conversion->entry->format, ignoresCase(conversion->row),
-                                                    errorOf(*conversion), handler->heap));
+                                                    errorOf(*conversion), conversion->row, handler->heap));
     if (*text == nullptr) return false;
     if (DFDLUString_length(text->get()) == 0) {
         return refuse(*conversion, DFDLParser_numberEmptyString, "%Z",

@@ -41,6 +41,20 @@ struct TextNumberTableRow {
     DFDLUString* cleanPattern = nullptr;   // owned; iNumberPattern without its `P`s
 };
 
+// How many digits the base has; a base of no name is the last one's.
+inline int32_t TextNumberTableRow_radix(NumberBaseEnum base) {
+    switch (base) {
+        case NUMBER_BASE_2:
+            return 2;
+        case NUMBER_BASE_8:
+            return 8;
+        case NUMBER_BASE_10:
+            return 10;
+        default:
+            return 16;
+    }
+}
+
 using TextNumberTable = Table<TextNumberTableRow>;
 
 TextNumberTable* new_TextNumberTable(DFDLHeapAdapter* heap, sPIF* pif);
