@@ -169,6 +169,8 @@ class GrammarBuilder {
     GrammarHandle complexElement(const std::string& name);                       // global
     GrammarHandle text(const std::string& name);                                 // global
     GrammarHandle number(const std::string& name, const std::string& kindName);  // global
+    GrammarHandle textNumber(const std::string& name, const std::string& kindName,
+                             const std::string& pattern);  // global
     void variable(const std::string& name, const std::string& kindName, bool external);
     void variable(const std::string& name, const std::string& kindName, bool external,
                   const std::string& defaultValue);
@@ -189,6 +191,8 @@ class GrammarBuilder {
     GrammarNode* newBinary(const std::string& name, const std::string& kindName,
                            PIF::MPIFEnums::MPhysicalTypeEnum type);
     GrammarNode* newNumber(const std::string& name, const std::string& kindName);
+    GrammarNode* newTextNumber(const std::string& name, const std::string& kindName,
+                               const std::string& pattern);
     // Each returns the number of a row. Literals, encodings and escape schemes that are alike share theirs.
     int32_t binaryNumber(PIF::MPIFEnums::MBinaryNumberRepEnum representation);
     int32_t value(const std::string& kindName, const std::string& text);

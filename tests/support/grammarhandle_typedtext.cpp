@@ -3,10 +3,10 @@
 
 using Enums = PIF::MPIFEnums;
 
-GrammarHandle GrammarHandle::textNumber(const std::string& name, const std::string& kindName,
-                                        const std::string& pattern) {
-    GrammarHandle element(builder_, addChild(builder_->newText(name, kindName)));
-    PIF::MTextNumberTable* table = builder_->pif_.mutable_text_number_table();
+GrammarNode* GrammarBuilder::newTextNumber(const std::string& name, const std::string& kindName,
+                                           const std::string& pattern) {
+    GrammarNode* element = newText(name, kindName);
+    PIF::MTextNumberTable* table = pif_.mutable_text_number_table();
     PIF::MTextNumberTableRow* number = table->add_row();
     number->set_itextnumberid(table->row_size());
     number->set_inumberpattern(pattern);
@@ -21,9 +21,20 @@ GrammarHandle GrammarHandle::textNumber(const std::string& name, const std::stri
     number->set_ivirtualdecimalindex(-1);
     number->set_isubpatternboudaryindex(-1);
     number->set_inegativevirtualdecimalindex(-1);
-    element.row().set_iphysicaltype(Enums::TEXT_NUMBER);
-    element.row().set_iphysicaltypetablerowid(table->row_size());
+    element->row.set_iphysicaltype(Enums::TEXT_NUMBER);
+    element->row.set_iphysicaltypetablerowid(table->row_size());
     return element;
+}
+
+GrammarHandle GrammarBuilder::textNumber(const std::string& name, const std::string& kindName,
+                                         const std::string& pattern) {
+    emitted_ = false;
+    return {this, globals_.emplace_back(newTextNumber(name, kindName, pattern))};
+}
+
+GrammarHandle GrammarHandle::textNumber(const std::string& name, const std::string& kindName,
+                                        const std::string& pattern) {
+    return {builder_, addChild(builder_->newTextNumber(name, kindName, pattern))};
 }
 
 PIF::MTextNumberTableRow& GrammarHandle::numberRow() {

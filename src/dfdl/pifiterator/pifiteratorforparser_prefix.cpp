@@ -2,6 +2,8 @@
 #include "dfdl/buffer/buffermanager.h"
 #include "dfdl/foundation/dfdldecimal.h"
 #include "dfdl/foundation/dfdlpoolingfactory.h"
+#include "dfdl/foundation/dfdlustring.h"
+#include "dfdl/foundation/guard.h"
 #include "dfdl/foundation/tracehandleradapter.h"
 #include "dfdl/foundation/xsvalue.h"
 #include "dfdl/framework/delimitedscannerbytes.h"
@@ -38,8 +40,16 @@ bool takeInitiator(PIFIteratorForParser* iterator, ContextItemForParser* item,
                                               scanner->matchedLength);
 }
 
-// The value of the field; null with an error.
-DFDLValue* readPrefix(PIFIteratorForParser* iterator, const GroupMemberTableRow* prefix, int64_t length) {
+DFDLValue* readTextPrefix(PIFIteratorForParser* iterator, const GroupMemberTableRow* prefix, int64_t length) {
+    ParserRegionHandler* handler = iterator->parserRegionHandler;
+    Owned<DFDLUString, delete_DFDLUString> text(
+        ParserRegionHandler_extractTextRepresentation(handler, prefix, length));
+    if (text == nullptr || PIFIteratorForParser_hasFailed(iterator)) return nullptr;
+    return ParserRegionHandler_handleSimpleContent_TextNumber(handler, prefix, text.release());
+}
+
+DFDLValue* readBinaryPrefix(PIFIteratorForParser* iterator, const GroupMemberTableRow* prefix,
+                            int64_t length) {
     ParserRegionHandler* handler = iterator->parserRegionHandler;
     int64_t count = 0;
     uint8_t* bytes = ParserRegionHandler_extractBinaryRepresentation(handler, prefix, length, &count);
@@ -48,6 +58,12 @@ DFDLValue* readPrefix(PIFIteratorForParser* iterator, const GroupMemberTableRow*
         return nullptr;
     }
     return ParserRegionHandler_handleSimpleContent_BinaryNumber(handler, prefix, bytes, count);
+}
+
+// The value of the field; null with an error.
+DFDLValue* readPrefix(PIFIteratorForParser* iterator, const GroupMemberTableRow* prefix, int64_t length) {
+    return (prefix->flags & GM_TEXT) != 0 ? readTextPrefix(iterator, prefix, length)
+                                          : readBinaryPrefix(iterator, prefix, length);
 }
 
 // Says that the length cannot be told, unless the grammar is at fault.

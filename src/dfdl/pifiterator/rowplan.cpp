@@ -80,8 +80,8 @@ const char* unsupportedPrefix(const LengthSchemeTableRow& length) {
         length.prefixElement == nullptr ? nullptr : length.prefixElement->globalMember;
     if (prefix == nullptr || prefix->lengthRow == nullptr)
         return "a prefixed length without a type of its prefix";
-    if (prefix->iPhysicalType != BINARY_NUMBER || (prefix->flags & GM_TEXT) != 0)
-        return "a prefixed length whose prefix is not a binary number";
+    const int32_t wanted = (prefix->flags & GM_TEXT) != 0 ? TEXT_NUMBER : BINARY_NUMBER;
+    if (prefix->iPhysicalType != wanted) return "a prefixed length whose prefix is no number";
     if (prefix->lengthRow->iLengthKind != EXPLICIT && prefix->lengthRow->iLengthKind != IMPLICIT)
         return "a prefixed length whose prefix has no constant length";
     return prefix->lengthRow->iLengthExprIndex != -1 ? "a length that comes from an expression" : nullptr;
