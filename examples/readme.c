@@ -1,4 +1,4 @@
-/* Prints the text elements of a message: readme GRAMMAR.pif ROOT FILE */
+/* Prints the texts and natural numbers of a message: readme GRAMMAR.pif ROOT FILE */
 #include <dfdl/dfdl.h>
 #include <stdio.h>
 
@@ -16,6 +16,11 @@ static void startElement(DFDLDocHandler* handler, int32_t id, const DFDLChar* na
 static void stringValue(DFDLDocHandler* handler, const DFDLChar* text, int32_t length, uint32_t type) {
     (void)handler, (void)type;
     show(" = ", text, length);
+}
+
+static void numberValue(DFDLDocHandler* handler, uint64_t number, uint32_t type) {
+    (void)handler, (void)type;
+    printf(" = %llu", (unsigned long long)number);
 }
 
 static void error(DFDLErrorHandler* handler, const DFDLDiagnostic* diagnostic) {
@@ -40,6 +45,7 @@ int main(int argc, char** argv) {
     DFDLDocHandler* document = new_DFDLDocHandler();
     DFDLDocHandler_setStartElementCallback(document, startElement);
     DFDLDocHandler_setElementStringValueCallback(document, stringValue);
+    DFDLDocHandler_setElementULongValueCallback(document, numberValue);
     DFDLErrorHandler* errors = new_DFDLErrorHandler();
     DFDLErrorHandler_setProcessingErrorCallback(errors, error);
     DFDLParser* parser = new_DFDLParser(NULL);

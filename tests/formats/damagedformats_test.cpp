@@ -26,6 +26,9 @@ constexpr Sample SAMPLES[] = {
     {"pcap", u"file", "loopback.pcap", "\0\1\x4A\x80\xFF"sv},
     {"payroll", u"file", "payroll.dat", "\0\xC\xD\xF0\xD1\xFD\x40\x99\xA0"sv},
     {"prefixed", u"file", "prefixed.dat", "\0\1\2\4\5\x7F\x80\xFF"sv},
+    {"pricelist", u"file", "prices.csv", ";,.%+-()EeN 019\n"},
+    {"zoned", u"file", "zoned.dat", "\xF0\xF9\xC0\xD9\xB1\xA1\x40"},
+    {"dump", u"file", "bits.dump", "012: \n"},
 };
 
 constexpr size_t MOST_BYTES = 200;  // of a sample, since each variety is read in many ways

@@ -12,6 +12,9 @@ import sys
 from decimal import Decimal
 from fractions import Fraction
 
+sys.dont_write_bytecode = True  # the import would leave its compiled form among the sources
+from typedtexts import *
+
 FIELDS = ("code name category combiningClass bidiClass decomposition decimal digit numeric mirrored oldName comment "
           "upper lower title").split()
 SEGMENTS = {
@@ -86,19 +89,6 @@ def order_items(text):
 
 
 # ---- Binary formats, whose functions take bytes ----
-
-def shown(value):
-    if value is None:
-        return ""
-    if isinstance(value, bool):
-        return "true" if value else "false"
-    if isinstance(value, float):
-        return repr(value).removesuffix(".0")
-    return value.hex().upper() if isinstance(value, bytes) else str(value)
-
-
-def named(names, values):
-    return [name + "=" + shown(value) for name, value in zip(names.split(), values, strict=True)]
 
 
 def bits_of(data, widths):
@@ -211,7 +201,8 @@ def prefixed_items(data):
         assert file.tell() == end
 
 
-BINARY = ["tzif", "zones", "pcap", "png", "tcp", "payroll", "prefixed"]
+BINARY = ["tzif", "zones", "pcap", "png", "tcp", "payroll", "prefixed", "ustar", "zoned", "zonedstandard",
+          "zonedtranslated", "zonedrealia"]
 
 
 def main():

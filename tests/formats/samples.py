@@ -1,8 +1,12 @@
-"""Writes data in a binary format, at random or as examples/ has them:  python3 samples.py FORMAT SEED | example"""
+"""Writes data in a format, at random or as examples/ has them:  python3 samples.py FORMAT SEED | example"""
 import random
 import struct
 import sys
 import zlib
+from decimal import Decimal
+
+sys.dont_write_bytecode = True
+from typedtexts import OVERPUNCHED
 
 
 def png_chunk(name, data):
@@ -111,6 +115,80 @@ def prefixed_sample(pick):
 def prefixed_example():
     return (prefixed(["one", b"\1", "two", b"\2\2", "drei \u00fc", b"", "", b"\4" * 4, "five", b"\5" * 5]) +
             prefixed(["", b""] * 5))
+
+
+# ---- Numbers as texts ----
+
+def grouped(number, point=".", group=","):
+    return f"{number:,.2f}".translate({ord(","): group, ord("."): point})
+
+
+def price(pick):
+    return Decimal(pick.choice([0, 1, 99, 100, 99999, 100000, 10 ** 12 - 1, pick.randrange(10 ** 9)])).scaleb(-2)
+
+
+def pricelist_item(pick):
+    change, balance, account = (price(pick) * pick.choice([1, -1]) + 0 for _ in range(3))
+    fields = [
+        grouped(price(pick), ",", "."), grouped(price(pick)), f"{pick.randint(0, 1000)}%", f"{change:+.2f}",
+        f"{abs(balance):.2f}" + "-" * (balance < 0), f"({grouped(-account)})" if account < 0 else grouped(account),
+        f"{pick.randint(1, 9)}.{pick.randint(0, 999):03}E{pick.randint(-300, 300)}",
+        f"{pick.choice([0, 7, 42, 99999]):05}", f"{pick.randint(-999, 999) / 8:.3f}".center(9),
+        pick.choice(["none", "nothing", "unknown", "unlimited", "0.5", "-17.25"]),
+        f"{pick.randint(-99999, 99999):03}", f"{pick.randint(-999, 999)}"]
+    return ";".join([pick.choice("ab")] + [field if pick.randint(0, 9) else "" for field in fields])
+
+
+def pricelist_sample(pick):
+    return "".join(pricelist_item(pick) + "\n" for _ in range(pick.randint(0, 6))).encode("utf-8")
+
+
+def zoned(number, digits, style, sign=-1):
+    text = f"{abs(number):0{digits}}"
+    at = sign % digits
+    return text[:at] + OVERPUNCHED[style][int(text[at]) + 10 * (number < 0)] + text[at + 1:]
+
+
+def zoned_employee(style, number, name, grade, points, salary, bonus, left, account, hours, budget, pointer):
+    return "".join([
+        f"{number:06}{name:20}", zoned(grade, 4, style), zoned(points, 9, style, 0), zoned(salary, 9, style),
+        zoned(bonus, 6, style, 0), f"{left:08}" if left else " " * 8, f"{account:016}{hours:04}",
+        zoned(budget, 3, style), zoned(pointer, 25, style)]).encode("cp037" if style == "cp037" else "ascii")
+
+
+def zoned_sample(pick, style="cp037"):
+    def within(digits):
+        return pick.choice([0, 1, -1, 10 ** digits - 1, 1 - 10 ** digits, pick.randrange(10 ** digits)])
+    return b"".join(
+        zoned_employee(style, pick.randrange(10 ** 6), pick.choice(["LOVELACE, ADA", "X", "O'NEILL"]), within(4),
+                       within(9), within(9), within(6), pick.choice([0, 20261231, 1]), pick.randrange(10 ** 16),
+                       pick.randrange(10 ** 4), within(3), within(25))
+        for _ in range(pick.randint(0, 5)))
+
+
+def zonedstandard_sample(pick):
+    return zoned_sample(pick, "standard")
+
+
+def zonedtranslated_sample(pick):
+    return zoned_sample(pick, "translated")
+
+
+def zonedrealia_sample(pick):
+    return zoned_sample(pick, "realia")
+
+
+def zoned_example():
+    return (zoned_employee("cp037", 417, "LOVELACE, ADA", 12, 1815, 612450, 1250, 0, 4012345678901234, 3950, 15,
+                           1234567890123456789012345) +
+            zoned_employee("cp037", 518, "NO\u00cbL, MARCEL", -3, -70000, -100, -5, 20250930, 42, 0, -7, -1))
+
+
+def dump_sample(pick):
+    data = bytes(pick.choices(range(33, 127), k=pick.randint(0, 40)))
+    return "".join(
+        f"{at:08x}: " + " ".join(f"{byte:08b}" for byte in data[at:at + 6]).ljust(6 * 9 - 1) + "  " +
+        data[at:at + 6].decode("ascii") + "\n" for at in range(0, len(data), 6)).encode("ascii")
 
 
 def main():

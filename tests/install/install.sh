@@ -32,6 +32,7 @@ tar --format=ustar -C "$sources/examples" -cf "$work/archive.tar" ustar.txt
 expect() { # expect NAME OUTPUT: a field of the archive that the program must have shown
     grep -qx 'name = ustar.txt' <<<"$2" || fail "$1 did not print the name: $2"
     grep -qx 'magic = ustar' <<<"$2" || fail "$1 did not print the magic: $2"
+    grep -qx "size = $(stat -c %s "$sources/examples/ustar.txt")" <<<"$2" || fail "$1 did not print the size: $2"
 }
 
 # shellcheck disable=SC2086,SC2046

@@ -156,7 +156,9 @@ void countFields(DFDLDocHandler* handler) {
     DFDLDocHandler_setElementShortValueCallback(handler, countField);
     DFDLDocHandler_setElementByteValueCallback(handler, countField);
     DFDLDocHandler_setElementULongValueCallback(handler, countField);
+    DFDLDocHandler_setElementUIntValueCallback(handler, countField);
     DFDLDocHandler_setElementUShortValueCallback(handler, countField);
+    DFDLDocHandler_setElementUByteValueCallback(handler, countField);
     DFDLDocHandler_setElementFloatValueCallback(handler, countField);
     DFDLDocHandler_setElementDoubleValueCallback(handler, countField);
     DFDLDocHandler_setElementDecimalValueCallback(handler, countField);

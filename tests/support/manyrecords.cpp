@@ -44,6 +44,8 @@ std::span<const ManyRecords> manyRecords() {
     static const std::vector<ManyRecords> FORMATS = {
         ofExample("payroll", "payroll.dat", 2 * 13),
         ofExample("prefixed", "prefixed.dat", 2 * 10),
+        ofExample("zoned", "zoned.dat", 2 * 11),
+        ofExample("dump", "bits.dump", 3 * 8 + 6),
         {"wide", wide, wideRecord(), 8},
     };
     return FORMATS;

@@ -86,6 +86,14 @@ std::string valueOf(const nlohmann::json& value) {
     return value.is_string() ? value.get<std::string>() : value.dump();
 }
 
+// The same, with floating point numbers in a form that Python has as well.
+std::string plainValueOf(const nlohmann::json& value) {
+    if (!value.is_number_float()) return valueOf(value);
+    char text[32];
+    std::snprintf(text, sizeof text, "%.17g", value.get<double>());
+    return text;
+}
+
 // What no grammar of the tests needs more than in one block, but for the data.
 constexpr size_t MODEST_BLOCK = 1U << 21;
 
@@ -119,7 +127,7 @@ std::string ParserRun::outline() const {
         if (kind == "startElement") all += event["name"].get<std::string>() + END_OF_ITEM;
         if (kind != "value" && kind != "nil") continue;
         all.back() = '=';  // the value comes right behind the start
-        if (kind == "value") all += valueOf(event["value"]);
+        if (kind == "value") all += plainValueOf(event["value"]);
         all += END_OF_ITEM;
     }
     return all;
