@@ -28,6 +28,9 @@ constexpr Sample SAMPLES[] = {
     {"prefixed", u"file", "prefixed.dat", "\0\1\2\4\5\x7F\x80\xFF"sv},
     {"pricelist", u"file", "prices.csv", ";,.%+-()EeN 019\n"},
     {"zoned", u"file", "zoned.dat", "\xF0\xF9\xC0\xD9\xB1\xA1\x40"},
+    {"accesslog", u"file", "access.log", "-[]\"/:+ \nZ0\xC2"},
+    {"listing", u"listing", "folder.lst", "->:. +0\n"},
+    {"stamps", u"file", "stamps.log", "-:TZ+. ,09\n"},
     {"dump", u"file", "bits.dump", "012: \n"},
 };
 

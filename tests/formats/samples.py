@@ -1,4 +1,5 @@
 """Writes data in a format, at random or as examples/ has them:  python3 samples.py FORMAT SEED | example"""
+import datetime
 import random
 import struct
 import sys
@@ -117,7 +118,28 @@ def prefixed_example():
             prefixed(["", b""] * 5))
 
 
-# ---- Numbers as texts ----
+# ---- Numbers and calendars as texts ----
+
+def moment(pick):
+    """Some time from the year 1 on, in a zone of whole half hours."""
+    zone = datetime.timezone(datetime.timedelta(minutes=30 * pick.randint(-28, 28)))
+    start = datetime.datetime(pick.choice([2, 999, 1600, 1899, 1999, 2024, 9998]), 1, 1, tzinfo=zone)
+    return start + datetime.timedelta(seconds=pick.randrange(365 * 86400), milliseconds=pick.randrange(1000))
+
+
+def accesslog_entry(pick):
+    time = moment(pick)
+    method, target = pick.choice(["GET", "POST"]), pick.choice(["", "index.html", "?q=a-b&c=[1]"])
+    return (pick.choice(["127.0.0.1", "::1", "www.example.org"]) + pick.choice([" -", " id"]) +
+            pick.choice([" -", " frank", " jos\u00e9"]) +
+            f' [{time:%d/%b/}{time.year:04}:{time:%H:%M:%S %z}] "{method} /{target} HTTP/1.{pick.randint(0, 1)}" ' +
+            pick.choice(["200", "304", "404", "599"]) +
+            f" {pick.choice(['-', 0, 1, 2326, 2 ** 64 - 1, pick.randrange(10 ** 9)])}\n")
+
+
+def accesslog_sample(pick):
+    return "".join(accesslog_entry(pick) for _ in range(pick.randint(0, 6))).encode("utf-8")
+
 
 def grouped(number, point=".", group=","):
     return f"{number:,.2f}".translate({ord(","): group, ord("."): point})
@@ -182,6 +204,39 @@ def zoned_example():
     return (zoned_employee("cp037", 417, "LOVELACE, ADA", 12, 1815, 612450, 1250, 0, 4012345678901234, 3950, 15,
                            1234567890123456789012345) +
             zoned_employee("cp037", 518, "NO\u00cbL, MARCEL", -3, -70000, -100, -5, 20250930, 42, 0, -7, -1))
+
+
+def listing_sample(pick):
+    lines = [f"total {pick.randrange(10 ** 6)}"]
+    for _ in range(pick.randint(0, 5)):
+        time = moment(pick)
+        name = pick.choice(["a", "a file", "\u00e4-b", "a -> b", "c  d -> ../e"])
+        lines.append(
+            f"{pick.choice('-dl')}rw-r--r-- {pick.randint(1, 99):2} root    {pick.choice(['root', 'www-data'])} "
+            f"{pick.randrange(2 ** 63):20} {time.year:04}-{time:%m-%d %H:%M:%S.%f}{pick.randrange(1000):03} {time:%z} "
+            f"{name}")
+    return "".join(line + "\n" for line in lines).encode("utf-8")
+
+
+def stamp(pick):
+    time = moment(pick)
+    year, form = f"{time.year:04}", pick.choice("stamp date time compact fraction local short".split())
+    day, clock, zone = f"{year}-{time:%m-%d}", f"{time:%H:%M:%S}", f"{time:%z}"
+    zone = zone[:3] + ":" + zone[3:]
+    milliseconds = f"{time.microsecond // 1000:03}"
+    return form + " " + {
+        "stamp": day + "T" + clock + pick.choice(["", "." + milliseconds]) + pick.choice(["", "Z", zone]),
+        "date": pick.choice([day, year + "-" + day[5:7]]),
+        "time": clock + pick.choice(["", "." + milliseconds]) + pick.choice(["", zone]),
+        "compact": day.replace("-", "") + "T" + clock.replace(":", "") + pick.choice(["Z", zone.replace(":", "")]),
+        "fraction": f"{day}T{clock}.{milliseconds}{zone}",
+        "local": f"{time.day} {time:%B} {year}, {clock}",
+        "short": f"{time:%d.%m}.{pick.choice([0, 29, 52, 53, 99]):02}" if day[5:] != "02-29" else "29.02.24",
+    }[form]
+
+
+def stamps_sample(pick):
+    return "".join(stamp(pick) + "\n" for _ in range(pick.randint(0, 9))).encode("utf-8")
 
 
 def dump_sample(pick):

@@ -1,4 +1,4 @@
-// Formats whose texts are numbers by the grammars under examples/, against what Python reads in
+// Formats whose texts are numbers and calendars by the grammars under examples/, against what Python reads in
 // the same bytes.
 #include <gtest/gtest.h>
 
@@ -28,6 +28,9 @@ ExampleFormat zoned(const char* command, PIF::MPIFEnums::MNumberZonedSignStyleEn
     return {"zoned", u"file", nullptr, false, command, inAscii(style)};
 }
 
+const ExampleFormat ACCESS_LOG = {"accesslog", u"file", "access.log"};
+const ExampleFormat LISTING = {"listing", u"listing", "folder.lst"};
+const ExampleFormat STAMPS = {"stamps", u"file", "stamps.log"};
 const ExampleFormat PRICE_LIST = {"pricelist", u"file", "prices.csv"};
 const ExampleFormat ZONED = {"zoned", u"file", "zoned.dat"};
 const ExampleFormat DUMP = {"dump", u"file", "bits.dump"};
@@ -46,14 +49,18 @@ std::string outputOf(const std::string& command) {
 }
 
 TEST(TypedFormats, TheSamplesReadAsPythonReadsThem) {
-    for (const ExampleFormat& format : {PRICE_LIST, ZONED, DUMP}) expectSampleAsPython(format);
+    for (const ExampleFormat& format : {ACCESS_LOG, PRICE_LIST, ZONED, LISTING, STAMPS, DUMP})
+        expectSampleAsPython(format);
 }
 
 TEST(TypedFormats, RandomDataReadAsPythonReadsThem) {
     const unsigned seed = std::random_device{}();
     SCOPED_TRACE("seed " + std::to_string(seed));
     for (const ExampleFormat& format : {
+             ACCESS_LOG,
              PRICE_LIST,
+             LISTING,
+             STAMPS,
              ZONED,
              zoned("zonedstandard", PIF::MPIFEnums::ASCII_STANDARD),
              zoned("zonedtranslated", PIF::MPIFEnums::ASCII_TRANSLATED_EBCDIC),
@@ -68,6 +75,7 @@ TEST(TypedFormats, ThisMachinesDataReadAsPythonReadsThem) {
         ExampleFormat format;
         const char* command;
     } cases[] = {
+        {LISTING, "LC_ALL=C TZ=Asia/Kolkata ls -l --full-time " DFDL_SOURCE_DIR "/examples"},
         {MAPS, "cat /proc/self/maps"},
         {USTAR, "tar --format=ustar -C " DFDL_SOURCE_DIR "/examples -cf - ustar.txt"},
         {USTAR, "tar --format=ustar --numeric-owner -C / -cf - bin"},

@@ -1,4 +1,5 @@
-"""Formats of numbers as texts, for expected.py: what Python's int, float and Decimal make of them."""
+"""Formats of numbers and calendars as texts, for expected.py: what Python's int, Decimal and datetime make of them."""
+import datetime
 import re
 from decimal import Decimal
 
@@ -10,11 +11,27 @@ def shown(value):
         return "true" if value else "false"
     if isinstance(value, float):
         return format(value, ".17g")
+    if isinstance(value, datetime.datetime):
+        return value.isoformat()
     return value.hex().upper() if isinstance(value, bytes) else str(value)
 
 
 def named(names, values):
     return [name + "=" + shown(value) for name, value in zip(names.split(), values, strict=True)]
+
+
+def accesslog_items(text):
+    yield "file"
+    for line in text.splitlines():
+        host, ident, user, time, method, target, protocol, status, size = re.fullmatch(
+            r'(\S+) (\S+) (\S+) \[(.{26})\] "(\S+) (\S+) (\S+)" (\d{3}) (\d+|-)', line).groups()
+        yield "entry"
+        yield from named("host ident user time", [
+            host, None if ident == "-" else ident, None if user == "-" else user,
+            datetime.datetime.strptime(time, "%d/%b/%Y:%H:%M:%S %z")])
+        yield "request"
+        yield from named("method target protocol", [method, target, protocol])
+        yield from named("status size", [int(status), None if size == "-" else int(size)])
 
 
 def plain(number):
@@ -107,6 +124,59 @@ def zonedtranslated_items(data):
 
 def zonedrealia_items(data):
     return zoned_items(data, "realia")
+
+
+def milliseconds(time):
+    return time.replace(microsecond=time.microsecond // 1000 * 1000)
+
+
+def listing_items(text):
+    total, *lines = text.splitlines()
+    yield from ["listing", "blocks=" + total.removeprefix("total ")]
+    for line in lines:
+        mode, links, owner, group, size, date, time, zone, name = line.split(maxsplit=8)
+        name, *target = name.split(" -> ")
+        yield "entry"
+        yield from named("mode links owner group size modified name", [
+            mode, int(links), owner, group, int(size),
+            milliseconds(datetime.datetime.fromisoformat(f"{date} {time[:-3]}{zone}")), name])
+        yield from named("target", target) if target else []
+
+
+def iso_stamp(text):
+    """Of the zone of a stamp, only the hours count."""
+    day, *clock = text.split("T")
+    time = datetime.datetime.fromisoformat("T".join([day + "-01-01"[len(day) - 4:]] + clock))
+    zone = re.search(r"T.*([+-]\d\d):\d\d$", text)
+    return time.replace(tzinfo=datetime.timezone(datetime.timedelta(hours=int(zone[1])))) if zone else time
+
+
+def iso_time(text):
+    return datetime.datetime.fromisoformat("1970-01-01T" + text)
+
+
+def short_date(text):
+    day, month, year = map(int, text.split("."))
+    return datetime.datetime(year + (1900 if year >= 53 else 2000), month, day)
+
+
+def local_time(text):
+    india = datetime.timezone(datetime.timedelta(hours=5, minutes=30))
+    return datetime.datetime.strptime(text, "%d %B %Y, %H:%M:%S").replace(tzinfo=india)
+
+
+STAMPS = {
+    "stamp": iso_stamp, "date": iso_stamp, "time": iso_time, "compact": datetime.datetime.fromisoformat,
+    "fraction": datetime.datetime.fromisoformat, "local": local_time, "short": short_date,
+}
+
+
+def stamps_items(text):
+    yield "file"
+    for line in text.splitlines():
+        word, stamp = line.split(" ", 1)
+        yield "line"
+        yield word + "=" + shown(STAMPS[word](stamp))
 
 
 def dump_items(text):

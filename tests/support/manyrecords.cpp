@@ -46,6 +46,8 @@ std::span<const ManyRecords> manyRecords() {
         ofExample("prefixed", "prefixed.dat", 2 * 10),
         ofExample("zoned", "zoned.dat", 2 * 11),
         ofExample("dump", "bits.dump", 3 * 8 + 6),
+        ofExample("accesslog", "access.log", 3 * 9),
+        ofExample("stamps", "stamps.log", 15),
         {"wide", wide, wideRecord(), 8},
     };
     return FORMATS;
