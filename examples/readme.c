@@ -6,23 +6,19 @@ static void show(const char* before, const DFDLChar* text, int32_t length) { /* 
     printf("%s", before);
     for (int32_t i = 0; i < length && text[i] != 0; i++) putchar(text[i] < 128 ? text[i] : '?');
 }
-
 static void startElement(DFDLDocHandler* handler, int32_t id, const DFDLChar* name, int32_t namespaceId,
                          const DFDLChar* namespaceUri, const DFDLChar* designator, DFDLWORD startBit) {
     (void)handler, (void)id, (void)namespaceId, (void)namespaceUri, (void)designator, (void)startBit;
     show("\n", name, INT32_MAX);
 }
-
 static void stringValue(DFDLDocHandler* handler, const DFDLChar* text, int32_t length, uint32_t type) {
     (void)handler, (void)type;
     show(" = ", text, length);
 }
-
 static void numberValue(DFDLDocHandler* handler, uint64_t number, uint32_t type) {
     (void)handler, (void)type;
     printf(" = %llu", (unsigned long long)number);
 }
-
 static void error(DFDLErrorHandler* handler, const DFDLDiagnostic* diagnostic) {
     const DFDLChar* text;
     int32_t length;
@@ -30,7 +26,6 @@ static void error(DFDLErrorHandler* handler, const DFDLDiagnostic* diagnostic) {
     DFDLDiagnostic_getSummary(diagnostic, &text, &length);
     show("\nerror: ", text, length);
 }
-
 int main(int argc, char** argv) {
     static uint8_t data[1 << 20];
     DFDLChar root[64] = {0};

@@ -42,13 +42,10 @@ std::string wideRecord() {
 
 std::span<const ManyRecords> manyRecords() {
     static const std::vector<ManyRecords> FORMATS = {
-        ofExample("payroll", "payroll.dat", 2 * 13),
-        ofExample("prefixed", "prefixed.dat", 2 * 10),
-        ofExample("zoned", "zoned.dat", 2 * 11),
-        ofExample("dump", "bits.dump", 3 * 8 + 6),
-        ofExample("accesslog", "access.log", 3 * 9),
-        ofExample("stamps", "stamps.log", 15),
-        {"wide", wide, wideRecord(), 8},
+        ofExample("payroll", "payroll.dat", 2 * 13),  ofExample("prefixed", "prefixed.dat", 2 * 10),
+        ofExample("zoned", "zoned.dat", 2 * 11),      ofExample("dump", "bits.dump", 3 * 8 + 6),
+        ofExample("accesslog", "access.log", 3 * 9),  ofExample("stamps", "stamps.log", 15),
+        ofExample("pricelist", "prices.csv", 3 * 13), {"wide", wide, wideRecord(), 8},
     };
     return FORMATS;
 }

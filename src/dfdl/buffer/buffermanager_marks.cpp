@@ -20,6 +20,16 @@ DFDLByteBufferImpl* markedBuffer(const BufferManager* manager, const DFDLBufferM
     return marker->buffer != nullptr ? marker->buffer : manager->firstBuffer;
 }
 
+// What lies before a place that is gone to counts as read, also where a mark has led past it: a buffer that
+// is left halfway would keep all that come after it.
+void passBuffersBefore(BufferManager* manager, const DFDLByteBufferImpl* target) {
+    for (int32_t i = manager->releasedBuffers; i < manager->buffers->count; ++i) {
+        auto* buffer = ArrayList_getPointer<DFDLByteBufferImpl>(manager->buffers, i);
+        if (buffer == target) return;
+        buffer->position = buffer->size;
+    }
+}
+
 }  // namespace
 
 DFDLBufferMarker* BufferManager_mark(BufferManager* this_) {
@@ -39,6 +49,7 @@ void BufferManager_reset(BufferManager* this_, DFDLBufferMarker* marker) {
     DFDLByteBufferImpl* target = markedBuffer(this_, marker);
     // The place is restored first: a buffer that is left counts as read only from where it was left.
     if (target != nullptr) target->position = marker->bufferPosition;
+    if (target != nullptr && target != this_->currentBuffer) passBuffersBefore(this_, target);
     BufferManager_setCurrentBuffer(this_, target);
     this_->bitPosition = target == nullptr ? 0 : marker->bitPosition;
     this_->charPosition = target == nullptr ? 0 : marker->charPosition;

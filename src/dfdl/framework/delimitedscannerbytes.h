@@ -28,7 +28,7 @@ struct MarkupListLookup {
     bool ignoreCase;
 };
 
-inline constexpr size_t MARKUP_LIST_LOOKUPS = 32;  // a power of two
+inline constexpr size_t MARKUP_LIST_LOOKUPS = 256;  // a power of two
 
 // Finds delimiters in the bytes of the data without decoding them: what stands at this very position, and
 // where the next delimiter in scope begins. It never moves the buffer; who consumes does. Belongs to its
@@ -46,7 +46,7 @@ struct DelimitedScannerBytes {
     CompiledMarkupSet* markupSet;                     // current; null: none
     CompiledMarkupSet* emptySet;                      // what is scanned with where no set is current
     DFDLUString* listKey;                             // scratch
-    MarkupListLookup lookups[MARKUP_LIST_LOOKUPS];    // by the address of the list
+    MarkupListLookup lookups[MARKUP_LIST_LOOKUPS];    // by row and property
     const CompiledDFDLStringLiteral* matchedLiteral;  // of the last scan, as is what follows
     CompiledDFDLStringLiteral* endOfDataLiteral;
     int64_t matchedLength;  // bytes of the delimiter

@@ -188,8 +188,14 @@ CompiledMarkupSet* setOfList(Scanner* scanner, const MarkupSource& source, bool 
     return set;
 }
 
-MarkupListLookup* lookupOf(Scanner* scanner, const DFDLUString* list) {
-    return &scanner->lookups[(reinterpret_cast<uintptr_t>(list) >> 6) & (MARKUP_LIST_LOOKUPS - 1)];
+// By row and property, whose names differ in their first letter: not by address, which is another in every
+// run.
+MarkupListLookup* lookupOf(Scanner* scanner, const MarkupSource& source) {
+    constexpr size_t LISTS_OF_ROW = 4;
+    const auto row = static_cast<size_t>(source.element->rowIndex);
+    const char first = source.propertyName == nullptr ? 0 : source.propertyName[0];
+    const size_t property = static_cast<size_t>(first) % LISTS_OF_ROW;
+    return &scanner->lookups[(LISTS_OF_ROW * row + property) % MARKUP_LIST_LOOKUPS];
 }
 
 bool isFor(const MarkupListLookup& lookup, const MarkupSource& source) {
@@ -225,7 +231,7 @@ CompiledMarkupSet* DelimitedScannerBytes_setMarkupSetWithGroupMemberRow(Delimite
     this_->markupSetId = -1;
     if (list == nullptr) return nullptr;
     const MarkupSource source = sourceOf(list, row, propertyName);
-    MarkupListLookup* lookup = lookupOf(this_, list);
+    MarkupListLookup* lookup = lookupOf(this_, source);
     if (ownsKey && isFor(*lookup, source)) return this_->markupSet = lookup->set;
     CompiledMarkupSet* set = setOfList(this_, source, ownsKey);
     if (set != nullptr && ownsKey && !set->isVolatile) {
