@@ -171,7 +171,7 @@ class Rig {
         handler_.heap = heap_.adapter;
         handler_.context = heap_.adapter->context;
         handler_.constants = constants_.get();
-        handler_.calendarFormats = manager_.get();
+        handler_.textCalendarFormatMgr = manager_.get();
         format_.iCalendarUseZForUTC = NEVER;
         format_.iCalendarDaysInFirstWeek = 4;
         format_.iCalendarCenturyStart = 53;

@@ -69,15 +69,15 @@ ParserRegionHandler* new_ParserRegionHandler(DFDLHeapAdapter* heap, DFDLConstant
     this_->charsetManager = charsetManager;
     this_->trace = trace;
     this_->scratchDecimal = new_DFDLDecimal(heap, constants);
-    this_->numberFormats = new_TextNumberFormatMgr(heap, false);
-    this_->calendarFormats = new_TextCalendarFormatMgr(heap);
+    this_->textNumberFormatMgr = new_TextNumberFormatMgr(heap, false);
+    this_->textCalendarFormatMgr = new_TextCalendarFormatMgr(heap);
     return this_;
 }
 
 void delete_ParserRegionHandler(ParserRegionHandler* this_) {
     if (this_ == nullptr) return;
-    delete_TextNumberFormatMgr(this_->numberFormats);
-    delete_TextCalendarFormatMgr(this_->calendarFormats);
+    delete_TextNumberFormatMgr(this_->textNumberFormatMgr);
+    delete_TextCalendarFormatMgr(this_->textCalendarFormatMgr);
     delete_DFDLDecimal(this_->scratchDecimal);
     DFDLHeapAdapter_objectDeallocate(this_->heap, this_);
 }
@@ -85,13 +85,13 @@ void delete_ParserRegionHandler(ParserRegionHandler* this_) {
 void ParserRegionHandler_setPIF(ParserRegionHandler* this_, const sPIF* pif) {
     this_->pif = pif;
     this_->epochText = nullptr;
-    TextCalendarFormatMgr_reset(this_->calendarFormats);  // it goes by the rows of the grammar
-    this_->numberFormats->table = pif == nullptr ? nullptr : pif->textNumberTable;
-    TextNumberFormatMgr_reset(this_->numberFormats, false);
+    TextCalendarFormatMgr_reset(this_->textCalendarFormatMgr);  // it goes by the rows of the grammar
+    this_->textNumberFormatMgr->table = pif == nullptr ? nullptr : pif->textNumberTable;
+    TextNumberFormatMgr_reset(this_->textNumberFormatMgr, false);
 }
 
-void ParserRegionHandler_startDocument(ParserRegionHandler* this_) {
-    TextNumberFormatMgr_reset(this_->numberFormats, true);
+void ParserRegionHandler_reset(ParserRegionHandler* this_) {
+    TextNumberFormatMgr_reset(this_->textNumberFormatMgr, true);
 }
 
 bool ParserRegionHandler_handleLeadingAlignment(ParserRegionHandler* this_, ContextItemForParser* item) {

@@ -48,8 +48,8 @@ struct ParserRegionHandler {
     PIFIteratorForParser* pifIterator;
     TraceHandlerAdapter* trace;
     DFDLDecimal* scratchDecimal;  // of the conversion at hand
-    TextNumberFormatMgr* numberFormats;
-    TextCalendarFormatMgr* calendarFormats;
+    TextNumberFormatMgr* textNumberFormatMgr;
+    TextCalendarFormatMgr* textCalendarFormatMgr;
     // The epoch that was read last and its text, which is the grammar's; null before.
     const DFDLUString* epochText;
     CalendarEpoch epoch;
@@ -61,7 +61,7 @@ ParserRegionHandler* new_ParserRegionHandler(DFDLHeapAdapter* heap, DFDLConstant
 void delete_ParserRegionHandler(ParserRegionHandler* this_);
 void ParserRegionHandler_setPIF(ParserRegionHandler* this_, const sPIF* pif);
 // What held for the last document is forgotten.
-void ParserRegionHandler_startDocument(ParserRegionHandler* this_);
+void ParserRegionHandler_reset(ParserRegionHandler* this_);
 inline bool ParserRegionHandler_isEnabledValidation(const ParserRegionHandler* this_) {
     return this_->validationEnabled != 0;
 }

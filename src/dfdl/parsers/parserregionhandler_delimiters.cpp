@@ -18,6 +18,7 @@ bool findDelimiter(ParserRegionHandler* handler, const GroupMemberTableRow* row,
     if (ProcessingError_isSet(error)) return false;
     if (DelimitedScannerBytes_checkForMarkupAtCurrentPosition(scanner, row->iTextEncodingIndex, record, row))
         return true;
+    if (ProcessingError_isSet(error)) return false;
     ProcessingError_setValues(handler->context->currentError, __FILE__, __LINE__, missing, ERROR_PROCESSING,
                               SUBKIND_NONE, nullptr);
     return false;

@@ -42,7 +42,7 @@ bool toFloating(PlainDigits digits, int32_t simpleType, PlainValue* value) {
 bool readNumber(ParserRegionHandler* handler, const GroupMemberTableRow* row, std::u16string_view text,
                 PlainValue* value) {
     const NumberFormatCacheEntry* entry = TextNumberFormatMgr_getCachedNumberFormat(
-        handler->numberFormats, handler->context->currentError, row, true);
+        handler->textNumberFormatMgr, handler->context->currentError, row, true);
     PlainDigits digits{};
     if (entry == nullptr || entry->virtualDecimalDigits != 0 ||
         !PlainTextNumber_read(&entry->plain, text.data(), static_cast<int32_t>(text.size()), &digits)) {
@@ -65,7 +65,7 @@ bool readCalendar(ParserRegionHandler* handler, const GroupMemberTableRow* row, 
     const CalendarRepTableRow* rep = ParserRegionHandler_findCalendarFormat(handler, row);
     if (rep == nullptr || text.find(u'Z') != text.npos) return false;
     const TextCalendarFormatEntry* entry =
-        TextCalendarFormatMgr_getEntry(handler->calendarFormats, rep->calendarFormatRowIndex);
+        TextCalendarFormatMgr_getEntry(handler->textCalendarFormatMgr, rep->calendarFormatRowIndex);
     CalendarFields fields;
     if (entry->isIso != 0 || !PlainCalendar_read(&entry->plain, text, &fields)) return false;
     if (!fields.hasZone) {

@@ -224,7 +224,7 @@ bool isCalendarType(int32_t type) {
 
 bool ParserRegionHandler_updateCalendarMgr(ParserRegionHandler* this_, const CalendarFormatTableRow* format,
                                            int32_t rowIndex, const GroupMemberTableRow* row) {
-    TextCalendarFormatMgr* manager = this_->calendarFormats;
+    TextCalendarFormatMgr* manager = this_->textCalendarFormatMgr;
     const int32_t year = CalendarConverter_getCurrentYear(false);
     if (year != manager->currentYear) {
         TextCalendarFormatMgr_reset(manager);
@@ -265,7 +265,7 @@ DFDLCalendarImpl* ParserRegionHandler_createCalendarFromText(ParserRegionHandler
                                                              const GroupMemberTableRow* row,
                                                              const DFDLUString* text) {
     TextCalendarFormatEntry* entry =
-        TextCalendarFormatMgr_getEntry(this_->calendarFormats, rep->calendarFormatRowIndex);
+        TextCalendarFormatMgr_getEntry(this_->textCalendarFormatMgr, rep->calendarFormatRowIndex);
     const Reading reading{this_, row, rep->calendarFormatRow, entry, text};
     return entry->isIso != 0 && isCalendarType(row->simpleTypeKind) ? readStamp(reading)
                                                                     : readByPattern(reading);

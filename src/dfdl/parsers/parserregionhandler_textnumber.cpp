@@ -288,7 +288,7 @@ bool readZoned(Conversion* conversion, const DFDLUString* text) {
 const NumberFormatCacheEntry* findFormat(ParserRegionHandler* handler, const GroupMemberTableRow* row) {
     ProcessingError* error = handler->context->currentError;
     const NumberFormatCacheEntry* entry =
-        TextNumberFormatMgr_getCachedNumberFormat(handler->numberFormats, error, row, true);
+        TextNumberFormatMgr_getCachedNumberFormat(handler->textNumberFormatMgr, error, row, true);
     if (ProcessingError_isSet(error)) return nullptr;
     if (entry == nullptr) ParserRegionHandler_raise(handler, row, DFDLParser_unresolvedNumberFormat);
     return entry;

@@ -144,7 +144,7 @@ int DFDLParserImpl_parseInitialize(DFDLParserImpl* this_) {
         DFDLParserImpl_processError(this_);
         return PARSE_FAILURE;
     }
-    ParserRegionHandler_startDocument(this_->regionHandler);
+    ParserRegionHandler_reset(this_->regionHandler);
     loadInput(this_);
     VariableManager_calculateDefaultValues(this_->variableManager);
     if (ProcessingError_isSet(context->currentError)) {
