@@ -2,12 +2,14 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <string>
 #include <vector>
 
 #include "dfdl/foundation/arraylist.h"
 #include "dfdl/foundation/dfdlstringhashmap.h"
 #include "dfdl/framework/linkedlistcompileddfdlstringliteral.h"
+#include "dfdl/framework/markupitem.h"
 #include "support/scanrig.h"
 #include "support/testheap.h"
 
@@ -52,6 +54,29 @@ TEST(LinkedListCompiledDFDLStringLiteral, equalsComeOutInReverse) {
     EXPECT_EQ(order, "6420531");
     delete_LinkedListCompiledDFDLStringLiteral(list);
     for (CompiledDFDLStringLiteral* literal : literals) delete_CompiledDFDLStringLiteral(literal);
+}
+
+TEST(MarkupItem, longerTextsComeFirstAndWhatWasOwnedGoes) {
+    TestAdapter heap;
+    const auto newText = [&](std::u16string_view text) {
+        return new_DFDLUStringUseUChars(heap.adapter, text.data(), static_cast<int32_t>(text.size()));
+    };
+    MarkupItem items[4] = {};
+    int32_t next = 0;
+    for (const char16_t* text : {u",", u"", u"||"}) {
+        MarkupItem_setValues(&items[next++], newText(text), 1, nullptr, 0, MARKUP_SEPARATOR, true, 0);
+    }
+    std::sort(std::begin(items), std::end(items),
+              [](const MarkupItem& a, const MarkupItem& b) { return MarkupItem_compareTo(&a, &b) < 0; });
+    const int32_t lengths[] = {2, 1, 0};
+    for (size_t i = 0; i < 3; ++i) EXPECT_EQ(DFDLUString_length(items[i].text), lengths[i]) << i;
+    EXPECT_EQ(items[3].text, nullptr);
+    EXPECT_EQ(MarkupItem_compareTo(&items[3], &items[3]), 0);
+    DFDLUString* kept = newText(u"!");
+    MarkupItem_setValues(&items[0], kept, 1, nullptr, 0, MARKUP_TERMINATOR, false, 0);
+    for (MarkupItem& item : items) MarkupItem_reset(&item);
+    EXPECT_EQ(DFDLUString_length(kept), 1) << "it was lent";
+    delete_DFDLUString(kept);
 }
 
 TEST(CompiledMarkupSet, tellsWhereOneByteMeansOneDelimiter) {

@@ -244,6 +244,21 @@ TEST(DelimitedScanner, reportsTheFindWithItsOwner) {
     EXPECT_EQ(rig.iterator.scannedMarkup->literal, rig.scanner->matchedLiteral);
 }
 
+TEST(DelimitedScanner, withoutAnElementNothingIsEscaped) {
+    for (const auto scan :
+         {DelimitedScannerBytes_scanTerminatingMarkup, DelimitedScannerBytes_scanToNextTerminatingMarkup}) {
+        ScanRig rig;
+        const int32_t id = rig.within({.separator = u",", .escape = u"?"});
+        rig.rig.document("a?,b,");
+        ASSERT_NE(rig.use(id), nullptr);
+        EXPECT_EQ(rig.find(), "4,1,separator0");
+        ASSERT_NE(scan(rig.scanner, id), nullptr);
+        EXPECT_EQ(rig.find(), "2,1,separator0");
+        EXPECT_EQ(scan(rig.scanner, id + 1), nullptr);
+        EXPECT_EQ(rig.find(), "5,0,end0") << "no set is current";
+    }
+}
+
 TEST(DelimitedScanner, anEnclosingLevelOffersTheSameDelimiter) {
     ScanRig rig;
     rig.within({.separator = u", ;"});

@@ -68,6 +68,11 @@ void DelimitedScannerBytes_reset(DelimitedScannerBytes* this_);
 // such set (-1 among them): then no set is current, and a scan runs to the end of its scope.
 CompiledMarkupSet* DelimitedScannerBytes_setMarkupSet(DelimitedScannerBytes* this_, int32_t markupSetId,
                                                       ContextItem* item);
+// The same where no element is at hand, and so no escape scheme; the two names mean one thing.
+CompiledMarkupSet* DelimitedScannerBytes_scanTerminatingMarkup(DelimitedScannerBytes* this_,
+                                                               int32_t markupSetId);
+CompiledMarkupSet* DelimitedScannerBytes_scanToNextTerminatingMarkup(DelimitedScannerBytes* this_,
+                                                                     int32_t markupSetId);
 // Makes a set of one list of delimiters current: of an initiator, a terminator, nil literals. `ownsKey`: the
 // list is the grammar's and outlives the document. `propertyName` is for messages.
 CompiledMarkupSet* DelimitedScannerBytes_setMarkupSetWithGroupMemberRow(DelimitedScannerBytes* this_,

@@ -222,6 +222,16 @@ CompiledMarkupSet* DelimitedScannerBytes_setMarkupSet(DelimitedScannerBytes* thi
     return set;
 }
 
+CompiledMarkupSet* DelimitedScannerBytes_scanTerminatingMarkup(DelimitedScannerBytes* this_,
+                                                               int32_t markupSetId) {
+    return DelimitedScannerBytes_setMarkupSet(this_, markupSetId, nullptr);
+}
+
+CompiledMarkupSet* DelimitedScannerBytes_scanToNextTerminatingMarkup(DelimitedScannerBytes* this_,
+                                                                     int32_t markupSetId) {
+    return DelimitedScannerBytes_scanTerminatingMarkup(this_, markupSetId);
+}
+
 CompiledMarkupSet* DelimitedScannerBytes_setMarkupSetWithGroupMemberRow(DelimitedScannerBytes* this_,
                                                                         const DFDLUString* list,
                                                                         const GroupMemberTableRow* row,
