@@ -231,9 +231,6 @@ TEST(TextBooleans, AreLookedUpInBothLists) {
     EXPECT_EQ(region.truth(u"YES"), "true");
     EXPECT_EQ(region.truth(u"nO"), "false");
     EXPECT_EQ(region.take(nullptr), "null");
-    EXPECT_EQ(ParserRegionHandler_handleSimpleContent_TextBoolean(region.handler, &region.rig.item, nullptr),
-              nullptr);
-    EXPECT_EQ(region.rig.takeError(), "CTDP3117E item");
 }
 
 TEST(TextBooleans, NameTheListThatIsWrong) {
@@ -254,6 +251,18 @@ TEST(TextBooleans, FromExpressionsAreRefused) {
     EXPECT_EQ(region.truth(u"no").substr(0, 9), "CTDP3900E");
     region.boolean.iTextBooleanTrueRepExpIndex = 0;  // a text in the row goes before it
     EXPECT_EQ(region.truth(u"yes"), "true");
+}
+
+TEST(TextContent, WithoutATextIsAMistakeOfTheCaller) {
+    RegionRig region;
+    for (const auto handle : {ParserRegionHandler_handleSimpleContent_TextString,
+                              ParserRegionHandler_handleSimpleContent_TextBoolean,
+                              ParserRegionHandler_handleSimpleContent_TextNumber,
+                              ParserRegionHandler_handleSimpleContent_TextCalendar}) {
+        EXPECT_EQ(handle(region.handler, &region.rig.item, nullptr), nullptr);
+        EXPECT_EQ(region.rig.context->currentError->kind, ERROR_INTERNAL);
+        EXPECT_EQ(region.rig.takeError(), "CTDP3117E item");
+    }
 }
 
 }  // namespace

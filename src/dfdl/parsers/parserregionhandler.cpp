@@ -119,3 +119,9 @@ void ParserRegionHandler_raise(ParserRegionHandler* this_, const GroupMemberTabl
     ProcessingError_setValues(this_->context->currentError, __FILE__, __LINE__, key, ERROR_PROCESSING,
                               SUBKIND_NONE, "%Z", GroupMemberTableRow_getElementName(row));
 }
+
+void ParserRegionHandler_raiseNullText(ParserRegionHandler* this_, const GroupMemberTableRow* row) {
+    ProcessingError_setValues(this_->context->currentError, __FILE__, __LINE__,
+                              DFDLParser_nullConversionString, ERROR_INTERNAL, SUBKIND_NONE, "%Z",
+                              GroupMemberTableRow_getElementName(row));
+}

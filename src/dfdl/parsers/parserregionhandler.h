@@ -222,5 +222,7 @@ bool ParserRegionHandler_validateFacets(ParserRegionHandler* this_, const DFDLVa
 
 // An error of which nothing but the element's name is to be said.
 void ParserRegionHandler_raise(ParserRegionHandler* this_, const GroupMemberTableRow* row, const char* key);
+// The caller has no text to convert: its mistake, not one of the data.
+void ParserRegionHandler_raiseNullText(ParserRegionHandler* this_, const GroupMemberTableRow* row);
 
 #endif

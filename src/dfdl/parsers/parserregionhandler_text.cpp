@@ -59,7 +59,7 @@ DFDLValue* ParserRegionHandler_handleSimpleContent_TextString(ParserRegionHandle
                                                               const GroupMemberTableRow* row,
                                                               DFDLUString* text) {
     if (text == nullptr) {
-        ParserRegionHandler_raise(this_, row, DFDLParser_nullConversionString);
+        ParserRegionHandler_raiseNullText(this_, row);
         return nullptr;
     }
     return ParserRegionHandler_keepIfValid(
@@ -79,7 +79,7 @@ DFDLValue* ParserRegionHandler_handleSimpleContent_TextBoolean(ParserRegionHandl
                                                                DFDLUString* text) {
     const PooledText owner(text);
     if (text == nullptr) {
-        ParserRegionHandler_raise(this_, row, DFDLParser_nullConversionString);
+        ParserRegionHandler_raiseNullText(this_, row);
         return nullptr;
     }
     const BooleanRepTableRow* rep = GroupMemberTableRow_getBooleanRepRow(row);

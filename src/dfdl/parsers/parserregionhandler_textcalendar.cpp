@@ -288,7 +288,7 @@ DFDLValue* ParserRegionHandler_handleSimpleContent_TextCalendar(ParserRegionHand
                                                                 DFDLUString* text) {
     const OwnedText owner(text);
     if (text == nullptr) {
-        ParserRegionHandler_raise(this_, row, DFDLParser_nullConversionString);
+        ParserRegionHandler_raiseNullText(this_, row);
         return nullptr;
     }
     const CalendarRepTableRow* rep = ParserRegionHandler_findCalendarFormat(this_, row);

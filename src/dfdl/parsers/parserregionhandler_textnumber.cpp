@@ -302,7 +302,7 @@ DFDLValue* ParserRegionHandler_handleSimpleContent_TextNumber(ParserRegionHandle
     Text owner(text);
     if (text == nullptr) {
         ProcessingError_reset(this_->context->currentError);
-        ParserRegionHandler_raise(this_, row, DFDLParser_nullConversionString);
+        ParserRegionHandler_raiseNullText(this_, row);
         return nullptr;
     }
     const NumberFormatCacheEntry* entry = findFormat(this_, row);
