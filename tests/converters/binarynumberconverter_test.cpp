@@ -157,4 +157,32 @@ TEST(BinaryNumbers, WithoutBytes) {
     }
 }
 
+// A word of a type with bounds is checked against them, and no virtual point is set. Without messages the
+// words for a range are empty.
+TEST(BinaryNumbers, WordsForADecimal) {
+    const std::pair<const char*, const char*> CASES[] = {
+        {"signed big strict CDFC 2 8 FF85", "-123"},
+        {"unsigned big strict CDFC 2 8 FF85", "65413"},
+        {"signed little strict CDFC 0 8 0000000000000080", "-9223372036854775808"},
+        {"unsigned little strict CDFC 0 8 FFFFFFFFFFFFFF", "72057594037927935"},
+        {"binary big strict CDFC 0 10 8000000001", "-549755813887"},
+        {"binary big strict CDFC 0 11 80000000", "-2147483648"},
+        {"binary big strict CDFC 0 11 0080000000", "CTDP3038E 2147483648 item "},
+        {"binary little strict CDFC 0 12 FF7F", "32767"},
+        {"binary little strict CDFC 0 12 FF7FFF", "CTDP3038E -32769 item "},
+        {"binary big strict CDFC 0 13 FF7F", "CTDP3038E -129 item "},
+        {"binary big strict CDFC 0 14 FFFFFFFFFFFFFFFF", "18446744073709551615"},
+        {"binary big strict CDFC 0 15 0100000000", "CTDP3038E 4294967296 item "},
+        {"binary big strict CDFC 0 16 FFFF", "65535"},
+        {"binary big strict CDFC 0 17 0100", "CTDP3038E 256 item "}};
+    for (const auto& [line, expected] : CASES) {
+        NumberRig rig;
+        Case c;
+        ASSERT_TRUE(c.read(std::string(line) + " = " + expected)) << line;
+        const BinaryField field = rig.field(c);
+        const bool good = BinaryNumberConverter_createLongFromBinaryBinary(&field, rig.number);
+        EXPECT_EQ(good ? rig.decimalText() : rig.rig.takeError(), expected) << line;
+    }
+}
+
 }  // namespace

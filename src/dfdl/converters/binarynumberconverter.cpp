@@ -13,10 +13,13 @@ namespace {
 
 constexpr int64_t WORD_BYTES = 8;
 
-bool isUnsigned(int32_t simpleType) { return simpleType >= SIMPLE_UNSIGNED_LONG; }
+bool hasSign(const BinaryField& field) {
+    return field.simpleType == SIMPLE_DECIMAL ? field.row->iDecimalSigned
+                                              : field.simpleType < SIMPLE_UNSIGNED_LONG;
+}
 
 int64_t readWord(const BinaryField& field) {
-    if (!isUnsigned(field.simpleType)) {
+    if (hasSign(field)) {
         return BinaryNumberConverter_getBinaryInteger(field.bytes, field.byteOrder, field.length);
     }
     return static_cast<int64_t>(
@@ -34,9 +37,10 @@ BinaryField trimmed(const BinaryField& field) {
     return rest;
 }
 
-using ArrayReader = void (*)(const uint8_t*, int64_t, ByteOrderEnum, DFDLDecimal*);
-
-bool readArray(ArrayReader read, const uint8_t* bytes, const BinaryField& field, DFDLDecimal* target) {
+// As many bytes as the field has, from there on.
+bool readArray(const uint8_t* bytes, const BinaryField& field, DFDLDecimal* target) {
+    const auto read = hasSign(field) ? SimpleTypeConverter_signedByteArrayToBigInteger
+                                     : SimpleTypeConverter_unsignedByteArrayToBigInteger;
     read(bytes, field.length, field.byteOrder, target);
     return true;
 }
@@ -46,29 +50,23 @@ bool readBigBinary(const BinaryField& field, DFDLDecimal* scratch, int64_t* valu
     const BinaryField rest = trimmed(field);
     switch (field.simpleType) {
         case SIMPLE_DECIMAL:
-            return readArray(field.row->iDecimalSigned ? SimpleTypeConverter_signedByteArrayToBigInteger
-                                                       : SimpleTypeConverter_unsignedByteArrayToBigInteger,
-                             field.bytes, rest, scratch);
         case SIMPLE_INTEGER:
-            return readArray(SimpleTypeConverter_signedByteArrayToBigInteger, field.bytes, rest, scratch);
         case SIMPLE_UNSIGNED_LONG:
         case SIMPLE_NON_NEGATIVE_INTEGER:
-            return readArray(SimpleTypeConverter_unsignedByteArrayToBigInteger, field.bytes, rest, scratch);
+            return readArray(field.bytes, rest, scratch);
         default:
             break;
     }
     if (rest.length > WORD_BYTES) {  // no word can hold it: the decimal tells what is out of range
-        return readArray(isUnsigned(field.simpleType) ? SimpleTypeConverter_unsignedByteArrayToBigInteger
-                                                      : SimpleTypeConverter_signedByteArrayToBigInteger,
-                         rest.bytes, rest, scratch);
+        return readArray(rest.bytes, rest, scratch);
     }
     *value = readWord(rest);
     return false;
 }
 
-int64_t wordOf(DFDLDecimal* decimal, int32_t simpleType) {
-    return isUnsigned(simpleType) ? static_cast<int64_t>(DFDLDecimal_getUnsignedQValue(decimal))
-                                  : DFDLDecimal_getSignedQValue(decimal);
+int64_t wordOf(DFDLDecimal* decimal, const BinaryField& field) {
+    return hasSign(field) ? DFDLDecimal_getSignedQValue(decimal)
+                          : static_cast<int64_t>(DFDLDecimal_getUnsignedQValue(decimal));
 }
 
 void applyVirtualPoint(const BinaryField& field, DFDLDecimal* target) {
@@ -76,32 +74,27 @@ void applyVirtualPoint(const BinaryField& field, DFDLDecimal* target) {
     if (places != 0) DFDLDecimal_setDecimalAt(target, places);
 }
 
+const DFDLUString* nameOf(const BinaryField& field) {
+    return field.element == nullptr ? nullptr : GroupMemberTableRow_getElementName(field.element);
+}
+
 void raiseTooLong(const BinaryField& field, const Context* context) {
-    const DFDLUString* name =
-        field.element == nullptr ? nullptr : GroupMemberTableRow_getElementName(field.element);
     const int64_t digits = field.length > INT64_MAX / 2 ? INT64_MAX : 2 * field.length;
     ProcessingError_setValues(context->currentError, __FILE__, __LINE__, DFDLParser_binaryNumberLengthError,
-                              ERROR_PROCESSING, SUBKIND_NONE, "%Z%lld%i", name,
+                              ERROR_PROCESSING, SUBKIND_NONE, "%Z%lld%i", nameOf(field),
                               static_cast<long long>(digits), static_cast<int>(BINARY_DECIMAL_DIGITS));
+}
+
+void raiseOutOfRange(const BinaryField& field, const Context* context, int64_t value) {
+    ProcessingError_setValues(context->currentError, __FILE__, __LINE__, DFDLParser_numValueOutOfRange,
+                              ERROR_PROCESSING, SUBKIND_NONE, "%lld%Z%S", static_cast<long long>(value),
+                              nameOf(field),
+                              TracehandlerAdapter_returnRangeAsString(context->trace, field.simpleType));
 }
 
 // Words that a decimal takes as signed: so one byte less of those without a sign.
 bool fitsWord(const BinaryField& field) {
     return field.length < WORD_BYTES || (field.length == WORD_BYTES && field.row->iDecimalSigned);
-}
-
-void readBinaryDecimal(const BinaryField& field, DFDLDecimal* target) {
-    int64_t value = 0;
-    if (!fitsWord(field)) {
-        readBigBinary(field, target, &value);
-    } else if (field.row->iDecimalSigned) {
-        DFDLDecimal_setSignedQValue(
-            target, BinaryNumberConverter_getBinaryInteger(field.bytes, field.byteOrder, field.length));
-    } else {
-        DFDLDecimal_setUnsignedQValue(target, BinaryNumberConverter_getBinaryUnsignedInteger(
-                                                  field.bytes, field.byteOrder, field.length));
-    }
-    applyVirtualPoint(field, target);
 }
 
 }  // namespace
@@ -125,11 +118,11 @@ uint64_t BinaryNumberConverter_getBinaryUnsignedInteger(const uint8_t* bytes, By
                                                         int64_t length) {
     switch (length) {
         case 1:
-            return *bytes;
+            return SimpleTypeConverter_uByteToShort(bytes);
         case 2:
-            return BinaryNumberConverter_getShort(bytes, order);
+            return SimpleTypeConverter_uShortToInt(bytes, order);
         case 4:
-            return BinaryNumberConverter_getInt(bytes, order);
+            return SimpleTypeConverter_uIntToLong(bytes, order);
         case 8:
             return BinaryNumberConverter_getLong(bytes, order);
         default:
@@ -161,7 +154,7 @@ bool BinaryNumberConverter_createBigIntegerFromBinary(const BinaryField* field, 
     const auto representation = field->row->iBinaryNumberRepresentation;
     if (representation == BINARY) {
         *inDecimal = readBigBinary(*field, scratch, value);
-        if (*inDecimal) *value = wordOf(scratch, field->simpleType);
+        if (*inDecimal) *value = wordOf(scratch, *field);
         return true;
     }
     const PackedReader read = SimpleTypeConverter_packedReader(representation, field->length);
@@ -179,9 +172,30 @@ bool BinaryNumberConverter_createDecimalFromBinary(const BinaryField* field, DFD
     }
     const auto representation = field->row->iBinaryNumberRepresentation;
     if (representation == BINARY) {
-        readBinaryDecimal(*field, target);
+        int64_t value = 0;
+        if (!fitsWord(*field)) {
+            readBigBinary(*field, target, &value);
+        } else if (!BinaryNumberConverter_createLongFromBinaryBinary(field, target)) {
+            return false;
+        }
+        applyVirtualPoint(*field, target);
         return true;
     }
     const PackedReader read = SimpleTypeConverter_packedReader(representation, field->length);
     return read != nullptr && read(field, true, target);
+}
+
+bool BinaryNumberConverter_createLongFromBinaryBinary(const BinaryField* field, DFDLDecimal* target) {
+    const int64_t value = readWord(*field);
+    if (field->simpleType != SIMPLE_DECIMAL &&
+        !BinaryNumberConverter_checkIntegerRange(value, field->simpleType)) {
+        raiseOutOfRange(*field, target->heap->context, value);
+        return false;
+    }
+    if (hasSign(*field)) {
+        DFDLDecimal_setSignedQValue(target, value);
+    } else {
+        DFDLDecimal_setUnsignedQValue(target, static_cast<uint64_t>(value));
+    }
+    return true;
 }

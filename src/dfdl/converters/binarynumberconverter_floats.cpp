@@ -6,8 +6,13 @@
 
 namespace {
 
-// The hidden bit counts whatever the exponent, so that no pattern is zero.
-float fromIntBits(uint32_t bits) {
+bool holds(const BinaryField* field, DFDLSimpleTypeEnum type, size_t bytes) {
+    return field->simpleType == type && field->length >= static_cast<int64_t>(bytes);
+}
+
+}  // namespace
+
+float IntBitsToFloat(uint32_t bits) {
     const uint32_t mantissa = (bits & 0x7FFFFF) | 0x800000;
     const auto exponent = static_cast<int>(bits >> 23 & 0xFF) - 150;
     const double size = static_cast<double>(mantissa) * std::pow(2.0, exponent);
@@ -15,7 +20,7 @@ float fromIntBits(uint32_t bits) {
 }
 
 // Without the hidden bit the power of two is too small for a double, and the number so zero.
-double fromLongBits(uint64_t bits) {
+double LongBitsToDouble(uint64_t bits) {
     constexpr uint64_t HIDDEN = uint64_t{1} << 52;
     const auto exponent = static_cast<int>(bits >> 52 & 0x7FF);
     const uint64_t low = bits & (HIDDEN - 1);
@@ -24,12 +29,6 @@ double fromLongBits(uint64_t bits) {
     return (bits >> 63) != 0 ? -size : size;
 }
 
-bool holds(const BinaryField* field, DFDLSimpleTypeEnum type, size_t bytes) {
-    return field->simpleType == type && field->length >= static_cast<int64_t>(bytes);
-}
-
-}  // namespace
-
 bool BinaryNumberConverter_createFloatFromBinary(BinaryFloatRepresentationEnum representation,
                                                  const BinaryField* field, float* value) {
     if (!holds(field, SIMPLE_FLOAT, sizeof(float))) return false;
@@ -37,7 +36,7 @@ bool BinaryNumberConverter_createFloatFromBinary(BinaryFloatRepresentationEnum r
         *value = BinaryNumberConverter_getFloat(field->bytes, field->byteOrder);
     } else if (representation == ZOV390_HEX) {
         const uint32_t bits = BinaryNumberConverter_getInt(field->bytes, field->byteOrder);
-        *value = fromIntBits(FloatConverter_floatZOVHexToIEEE(bits));
+        *value = IntBitsToFloat(FloatConverter_floatZOVHexToIEEE(bits));
     }
     return true;
 }
@@ -49,7 +48,7 @@ bool BinaryNumberConverter_createDoubleFromBinary(BinaryFloatRepresentationEnum 
         *value = BinaryNumberConverter_getDouble(field->bytes, field->byteOrder);
     } else if (representation == ZOV390_HEX) {
         const uint64_t bits = BinaryNumberConverter_getLong(field->bytes, field->byteOrder);
-        *value = fromLongBits(FloatConverter_doubleZOVHexToIEEE(bits));
+        *value = LongBitsToDouble(FloatConverter_doubleZOVHexToIEEE(bits));
     }
     return true;
 }

@@ -4,6 +4,7 @@
 #include <cstdint>
 
 #include "dfdl/converters/binaryfield.h"
+#include "dfdl/converters/binarynumberconverter.h"
 #include "dfdl/pif/pifenums.h"
 
 struct DFDLDecimal;
@@ -48,6 +49,14 @@ bool SimpleTypeConverter_checkRangeASCII_TRANSLATED_EBCDICNonPunched(uint8_t byt
 bool SimpleTypeConverter_checkRangeASCII_CA_REALIA_MODIFIEDOverPunched(uint8_t byte);
 bool SimpleTypeConverter_checkRangeASCII_CA_REALIA_MODIFIEDNonPunched(uint8_t byte);
 
+// Words without sign, in the next larger one.
+inline uint16_t SimpleTypeConverter_uByteToShort(const uint8_t* bytes) { return *bytes; }
+inline uint32_t SimpleTypeConverter_uShortToInt(const uint8_t* bytes, ByteOrderEnum order) {
+    return BinaryNumberConverter_getShort(bytes, order);
+}
+inline uint64_t SimpleTypeConverter_uIntToLong(const uint8_t* bytes, ByteOrderEnum order) {
+    return BinaryNumberConverter_getInt(bytes, order);
+}
 // Two's complement of a length that no machine word has, up to 8 bytes; 0 of no bytes. Further bytes, which
 // have more weight, are not looked at.
 int64_t SimpleTypeConverter_oddIntegerToLong(const uint8_t* bytes, ByteOrderEnum order, int64_t length);
