@@ -11,6 +11,7 @@
 
 #include "support/grammarbuilder.h"
 #include "support/manyrecords.h"
+#include "support/testheap.h"
 
 namespace {
 
@@ -178,19 +179,23 @@ void parse(DFDLGrammar* grammar, const std::string& data, int times, int64_t* un
     delete_DFDLDocHandler(handler);
 }
 
-// With 300,000 pieces a search of the chain for each of them would take minutes.
+// With 300,000 pieces a search of the chain for each of them would take minutes, as would a list that grows
+// by one.
 TEST(ParserStream, FindsItsWayAlongAFieldOfVeryManyPieces) {
     Source source{"x", 300000};
     GrammarBuilder builder;
     builder.complexElement("file").text("a").delimited().encoding("US-ASCII");
     DFDLGrammar* grammar = builder.load();
     DFDLBufferHandler* input = handlerOf(&source);
-    DFDLParser* parser = new_DFDLParser(nullptr);
+    TestHeap heap;
+    DFDLHeapImpl callbacks = heap.callbacks();
+    DFDLParser* parser = new_DFDLParser(&callbacks);
     DFDLParser_setGrammar(parser, grammar);
     DFDLParser_setRootElement(parser, u"file", nullptr);
     DFDLParser_setBufferHandler(parser, input);
     EXPECT_EQ(1, DFDLParser_parseAll(parser, nullptr));
     EXPECT_EQ(0, source.held);
+    EXPECT_LT(heap.grown, 1000);
     delete_DFDLParser(parser);
     delete_DFDLBufferHandler(input);
     delete_DFDLGrammar(grammar);

@@ -12,6 +12,7 @@
 struct TestHeap {
     long live = 0;         // blocks given out and not given back
     long allocations = 0;  // calls that asked for memory
+    long grown = 0;        // those among them that asked for more of it in one block
     long failAt = -1;      // index of the call that is refused; -1 none
     size_t largest = 0;    // bytes of the largest block asked for
 
@@ -35,6 +36,7 @@ struct TestHeap {
                                                      : self(userData)->count(std::calloc(count, size));
     }
     static void* onRealloc(void* userData, void* block, size_t size) {
+        ++self(userData)->grown;
         return self(userData)->refuses(size) ? nullptr : std::realloc(block, size);
     }
     static void onFree(void* userData, void* block) {

@@ -46,8 +46,7 @@ void putRecordBack(BufferManager* manager, DFDLByteBufferImpl* buffer) {
 }
 
 void appendToChain(BufferManager* manager, DFDLByteBufferImpl* buffer) {
-    ArrayList_ensureCapacity(manager->spareBuffers,
-                             manager->spareBuffers->count + manager->buffers->count + 1);
+    ArrayList_makeRoomAfter(manager->spareBuffers, manager->spareBuffers->count + manager->buffers->count);
     ArrayList_addPointer(manager->buffers, buffer);
     buffer->sequence = manager->nextSequence++;
 }

@@ -34,7 +34,7 @@ void passBuffersBefore(BufferManager* manager, const DFDLByteBufferImpl* target)
 
 DFDLBufferMarker* BufferManager_mark(BufferManager* this_) {
     if (this_->currentBuffer == nullptr) BufferManager_nextBuffer(this_, nullptr, true);
-    ArrayList_ensureCapacity(this_->markers, this_->markers->count + 1);
+    ArrayList_makeRoomAfter(this_->markers, this_->markers->count);
     auto* marker = static_cast<DFDLBufferMarker*>(ObjectPool_get(markerPool(this_)));
     marker->buffer = this_->currentBuffer;
     marker->bufferPosition = marker->buffer == nullptr ? 0 : marker->buffer->position;

@@ -13,14 +13,6 @@ size_t bytesOf(const ArrayList* list, int32_t elements) {
     return static_cast<size_t>(elements) * static_cast<size_t>(list->elementSize);
 }
 
-// Capacity for an element behind `count` others.
-void makeRoomAfter(ArrayList* list, int32_t count) {
-    if (count < list->capacity) return;
-    if (count == INT32_MAX) DFDLHeapAdapter_refuse(list->heap);
-    const int64_t grown = static_cast<int64_t>(count) + (count < LONG_LIST ? STEP : count / 2);
-    ArrayList_ensureCapacity(list, static_cast<int32_t>(std::min<int64_t>(grown, INT32_MAX)));
-}
-
 void store(ArrayList* list, int32_t index, const void* element) {
     std::memcpy(ArrayList_get(list, index), element, static_cast<size_t>(list->elementSize));
 }
@@ -41,14 +33,14 @@ void delete_ArrayList(ArrayList* this_) {
 }
 
 void ArrayList_add(ArrayList* this_, const void* element) {
-    makeRoomAfter(this_, this_->count);
+    ArrayList_makeRoomAfter(this_, this_->count);
     store(this_, this_->count, element);
     ++this_->count;
 }
 
 void ArrayList_set(ArrayList* this_, int32_t index, const void* element) {
     if (index >= this_->count) {
-        makeRoomAfter(this_, index);
+        ArrayList_makeRoomAfter(this_, index);
         std::memset(ArrayList_get(this_, this_->count), 0, bytesOf(this_, index - this_->count));
         this_->count = index + 1;
     }
@@ -65,6 +57,13 @@ void ArrayList_removeFirst(ArrayList* this_, int32_t count) {
     if (count == 0) return;
     this_->count -= count;
     std::memmove(this_->storage, ArrayList_get(this_, count), bytesOf(this_, this_->count));
+}
+
+void ArrayList_makeRoomAfter(ArrayList* this_, int32_t count) {
+    if (count < this_->capacity) return;
+    if (count == INT32_MAX) DFDLHeapAdapter_refuse(this_->heap);
+    const int64_t grown = static_cast<int64_t>(count) + (count < LONG_LIST ? STEP : count / 2);
+    ArrayList_ensureCapacity(this_, static_cast<int32_t>(std::min<int64_t>(grown, INT32_MAX)));
 }
 
 void ArrayList_ensureCapacity(ArrayList* this_, int32_t capacity) {

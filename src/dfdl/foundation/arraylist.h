@@ -7,8 +7,7 @@
 #include "dfdl/foundation/dfdlheapadapter.h"
 
 // A list of elements that are copied by value, pointers in nearly all uses. It owns its storage, never what
-// an element points at. Grows by ten elements, a long
-// list by half of its length.
+// an element points at. Grows by ten elements, a long list by half of its length.
 struct ArrayList {
     DFDLHeapAdapter* heap;
     int32_t capacity;
@@ -28,7 +27,10 @@ void ArrayList_add(ArrayList* this_, const void* element);
 void ArrayList_set(ArrayList* this_, int32_t index, const void* element);  // beyond the end: extends, zeroed
 void ArrayList_removeAt(ArrayList* this_, int32_t index);                  // closes the gap
 void ArrayList_removeFirst(ArrayList* this_, int32_t count);               // no more than there are
-void ArrayList_ensureCapacity(ArrayList* this_, int32_t capacity);
+void ArrayList_ensureCapacity(ArrayList* this_, int32_t capacity);         // exactly
+// Capacity for an element behind `count` others, in the list's own steps: for who adds one element after the
+// other, but must have the room for it beforehand.
+void ArrayList_makeRoomAfter(ArrayList* this_, int32_t count);
 
 inline void ArrayList_clear(ArrayList* this_) { this_->count = 0; }
 inline int32_t ArrayList_size(const ArrayList* this_) { return this_->count; }

@@ -171,7 +171,7 @@ CompiledMarkupSet* compileList(Scanner* scanner, const MarkupSource& source) {
 
 void keep(Scanner* scanner, CompiledMarkupSet* set) {
     StringLiteralCache* cache = scanner->literalCache;
-    ArrayList_ensureCapacity(cache->volatileSets, ArrayList_size(cache->volatileSets) + 1);
+    ArrayList_makeRoomAfter(cache->volatileSets, ArrayList_size(cache->volatileSets));
     DFDLStringHashMapEntry* entry = DFDLStringHashMap_put(cache->compiledSets, scanner->listKey, set, false);
     if (set->isVolatile) ArrayList_addPointer(cache->volatileSets, entry);
 }
