@@ -296,6 +296,24 @@ TEST_F(Decimal, StringsEndWithoutZerosOfAFraction) {
     }
 }
 
+TEST(DecimalText, LosesTheZerosOfItsFractionInPlace) {
+    struct Case {
+        const char* text;
+        const char* left;
+    };
+    for (const Case& one :
+         {Case{"1.500", "1.5"}, Case{"100.00", "100"}, Case{"100", "100"}, Case{"0.0", "0"}, Case{".0", ""},
+          Case{"1.5E+100", "1.5E+100"}, Case{"1.0x", "1.0x"}, Case{"", ""}}) {
+        std::string narrow = one.text;
+        std::u16string wide(narrow.begin(), narrow.end());
+        const std::string left = one.left;
+        EXPECT_EQ(stripTrailingZerosFromDecimal(narrow.data()), static_cast<int32_t>(left.size()));
+        EXPECT_EQ(std::string(narrow.c_str()), left) << one.text;
+        EXPECT_EQ(stripTrailingZerosAfterDecimal(wide.data()), static_cast<int32_t>(left.size()));
+        EXPECT_EQ(std::u16string(wide.c_str()), std::u16string(left.begin(), left.end())) << one.text;
+    }
+}
+
 TEST_F(Decimal, ComparesByValue) {
     const OwnedDecimal one = read("1.00");
     const OwnedDecimal nan = read("NaN");

@@ -79,9 +79,10 @@ char* DFDLDecimal_getDecimalWithoutExponent(const DFDLDecimal* this_, int32_t* l
 // A new string of the given heap's pool, without zeros behind the last digit of a fraction.
 DFDLUString* DFDLDecimal_getDecimalInUString(const DFDLDecimal* this_, UErrorCode* status,
                                              DFDLHeapAdapter* heap);
-// Where a text has a point and no exponent, takes off the zeros at its end, and the point if it is last then;
-// the length.
+// Where a terminated text has a point and no exponent, takes off the zeros at its end, and the point if it is
+// last then; the length.
 int32_t stripTrailingZerosFromDecimal(char* text);
+int32_t stripTrailingZerosAfterDecimal(char16_t* text);
 
 // -1, 0 or 1; -1 too if either is null, -2 if the two cannot be compared.
 int32_t DFDLDecimal_compare(const DFDLDecimal* a, const DFDLDecimal* b);

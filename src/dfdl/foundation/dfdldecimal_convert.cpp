@@ -2,6 +2,7 @@
 #include <charconv>
 #include <cstring>
 #include <limits>
+#include <string_view>
 
 #include "dfdl/foundation/dfdlbufferfactory.h"
 #include "dfdl/foundation/dfdlconstants.h"
@@ -120,6 +121,18 @@ char* withZeros(const DFDLDecimal* decimal, int32_t* length, DFDLHeapAdapter* he
     return text;
 }
 
+template <class Unit>
+int32_t stripTrailingZeros(Unit* text) {
+    const std::basic_string_view<Unit> chars(text);
+    size_t length = chars.size();
+    if (chars.find(Unit{'.'}) != chars.npos && chars.find(Unit{'E'}) == chars.npos) {
+        while (length > 0 && text[length - 1] == Unit{'0'}) --length;
+        if (length > 0 && text[length - 1] == Unit{'.'}) --length;
+        text[length] = 0;
+    }
+    return static_cast<int32_t>(length);
+}
+
 }  // namespace
 
 int64_t DFDLDecimal_getSignedQValue(DFDLDecimal* this_) {
@@ -193,15 +206,9 @@ char* DFDLDecimal_getDecimalWithoutExponent(const DFDLDecimal* this_, int32_t* l
     return toText(whole.get(), length, heap);
 }
 
-int32_t stripTrailingZerosFromDecimal(char* text) {
-    size_t length = std::strlen(text);
-    if (std::memchr(text, '.', length) != nullptr && std::memchr(text, 'E', length) == nullptr) {
-        while (length > 0 && text[length - 1] == '0') --length;
-        if (length > 0 && text[length - 1] == '.') --length;
-        text[length] = 0;
-    }
-    return static_cast<int32_t>(length);
-}
+int32_t stripTrailingZerosFromDecimal(char* text) { return stripTrailingZeros(text); }
+
+int32_t stripTrailingZerosAfterDecimal(char16_t* text) { return stripTrailingZeros(text); }
 
 DFDLUString* DFDLDecimal_getDecimalInUString(const DFDLDecimal* this_, UErrorCode* status,
                                              DFDLHeapAdapter* heap) {
