@@ -1,5 +1,6 @@
 #include "dfdl/converters/textcalendarformatmgr.h"
 
+#include "dfdl/converters/dfdlcalendar.h"
 #include "dfdl/foundation/arraylist.h"
 #include "dfdl/foundation/dfdlustring.h"
 #include "dfdl/foundation/guard.h"
@@ -91,6 +92,17 @@ UCalendar* TextCalendarFormatEntry_findCalendar(TextCalendarFormatEntry* this_, 
         }
     }
     return claimed != nullptr ? claimed : addCalendar(this_, zone);
+}
+
+UCalendar* TextCalendarFormatEntry_getUCalendar(TextCalendarFormatEntry* this_,
+                                                const DFDLCalendarImpl* record) {
+    UChar name[CALENDAR_ZONE_NAME];
+    const int32_t length = DfdlCalendarImpl_zoneName(record, name);
+    const Owned<DFDLUString, delete_DFDLUString> zone(
+        DFDLUStringPooler_getDFDLUStringFromUChars(this_->heap, name, length));
+    UCalendar* calendar = TextCalendarFormatEntry_findCalendar(this_, zone.get());
+    if (calendar != nullptr) DfdlCalendarImpl_fillUCalendar(record, calendar);
+    return calendar;
 }
 
 ICUCalendarTimezonePair* new_ICUCalendarTimezonePair(DFDLHeapAdapter* heap, UCalendar* calendar) {

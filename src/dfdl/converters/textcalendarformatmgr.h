@@ -11,6 +11,7 @@
 
 struct ArrayList;
 struct CalendarFormatTableRow;
+struct DFDLCalendarImpl;
 struct DFDLUString;
 struct TextCalendarFormatMgr;
 
@@ -62,6 +63,9 @@ TextCalendarFormatEntry* new_TextCalendarFormatEntry(TextCalendarFormatMgr* mana
 void delete_TextCalendarFormatEntry(TextCalendarFormatEntry* this_);  // null is ignored
 // The entry's calendar in a zone. Null if ICU refuses.
 UCalendar* TextCalendarFormatEntry_findCalendar(TextCalendarFormatEntry* this_, const DFDLUString* zone);
+// A calendar of the entry's with what the record has, in the record's zone. Null if ICU refuses.
+UCalendar* TextCalendarFormatEntry_getUCalendar(TextCalendarFormatEntry* this_,
+                                                const DFDLCalendarImpl* record);
 
 // Adopts the calendar.
 ICUCalendarTimezonePair* new_ICUCalendarTimezonePair(DFDLHeapAdapter* heap, UCalendar* calendar);
