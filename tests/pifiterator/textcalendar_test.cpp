@@ -196,19 +196,48 @@ TEST(TextCalendar, ARefusedTextTellsWhatAndWhere) {
     }
 }
 
-// Making a format sets the default zone of the process, under which nobody's texts are read.
+TEST(TextCalendar, ARefusedZoneIsNamed) {
+    const struct {
+        const char* kind;
+        const char* pattern;
+        void (*tune)(Format&);
+        const char* text;
+        const char* zone;
+    } REFUSALS[] = {
+        {"TIME", "HHmmssXXX", asItIs, "120000+14:01", "GMT+14:01"},
+        {"TIME", "HHmmssXXX", newYork, "120000-23:59", "GMT-23:59"},
+        {"TIME", "HHmmssXXXXX", asItIs, "120000+01:00:30", "GMT+01:00:30"},
+        {"DATE", "yyyy", farEast, "2026", "GMT+15:00"},
+        {"DATETIME", "I", asItIs, "2026-11-23T12:34:56-15:00", "GMT-15:00"},
+    };
+    for (const auto& refusal : REFUSALS) {
+        const Case entry{"", refusal.kind, refusal.pattern, refusal.tune, "", ""};
+        const Grammar grammar = load(entry);
+        const ParserRun run = runEverywhere(grammar.get(), u"r", refusal.text);
+        EXPECT_EQ(run.diagnostics,
+                  Strings{"CTDP3032E: Element t: the time zone "s + refusal.zone +
+                          " is out of range; an offset of whole minutes, at most 14 hours either way, was "
+                          "expected."})
+            << refusal.text;
+    }
+}
+
+// Making a format sets the default zone of the process, under which nobody's texts are read, and asks for the
+// year that all share. Each grammar serves two parsers at once.
 TEST(TextCalendar, ZonesOfOtherThreadsAreTheirOwn) {
     const Case entries[] = {
         {"", "DATETIME", STAMP, newYorkInSummer, "2026-07-15T12:00:00", "2026-07-15T12:00:00-05:00"},
         {"", "DATETIME", STAMP, asItIs, "2026-07-15T12:00:00", "2026-07-15T12:00:00"},
+        {"", "DATE", "yy-MM-dd", newYork, "99-12-31", "1999-12-31T00:00:00-05:00"},
         {"", "DATETIME", "yyyyMMddHHmmss z", asItIs, "20260715120000 PST", "2026-07-15T12:00:00-08:00"},
         {"", "TIME", "I", laxInIndia, "12:00:00", "1970-01-01T12:00:00+05:30"}};
+    std::vector<Grammar> grammars;
+    for (const Case& entry : entries) grammars.push_back(load(entry));
     std::vector<std::thread> threads;
-    for (const Case& entry : entries) {
-        threads.emplace_back([&entry] {
-            const Grammar grammar = load(entry);
-            for (int i = 0; i < 20; ++i) {
-                EXPECT_EQ(outcomeOf(runParser(grammar.get(), u"r", entry.text)), entry.outcome);
+    for (size_t i = 0; i < 2 * grammars.size(); ++i) {
+        threads.emplace_back([&entry = entries[i / 2], grammar = grammars[i / 2].get()] {
+            for (int round = 0; round < 20; ++round) {
+                EXPECT_EQ(outcomeOf(runParser(grammar, u"r", entry.text)), entry.outcome);
             }
         });
     }
