@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "dfdl/converters/simplevalueconverter.h"
 #include "dfdl/foundation/arraylist.h"
 #include "dfdl/foundation/dfdlustring.h"
 #include "dfdl/foundation/guard.h"
@@ -145,10 +146,42 @@ void planPlain(Entry* entry, const TextNumberTableRow* row) {
 }
 
 // How many digits stand behind the V.
-int32_t digitsBehind(std::u16string_view pattern, size_t virtualIndex) {
-    const std::u16string_view rest = pattern.substr(std::min(virtualIndex + 1, pattern.size()));
+int32_t digitsBehind(std::u16string_view pattern, int32_t virtualIndex) {
+    const std::u16string_view rest = pattern.substr(static_cast<size_t>(virtualIndex) + 1);
     const size_t end = rest.find_first_not_of(u"0#");
     return static_cast<int32_t>(std::min(end, rest.size()));
+}
+
+struct Roads {
+    decltype(&TextNumberFormatMgr_createNumberFormatCacheEntryFromRowForParser) createEntry;
+    decltype(&TextNumberFormatMgr_processSeparatorsForParser) processSeparators;
+};
+
+constexpr Roads INPUT = {TextNumberFormatMgr_createNumberFormatCacheEntryFromRowForParser,
+                         TextNumberFormatMgr_processSeparatorsForParser};
+constexpr Roads OUTPUT = {TextNumberFormatMgr_createNumberFormatCacheEntryFromRowForUnparser,
+                          TextNumberFormatMgr_processSeparatorsForUnparser};
+
+// The words for numbers that are none or have no end; one that is not given stays ICU's. False with an error.
+bool setWords(const TextNumberFormatMgr* manager, ProcessingError* error, UNumberFormat* format,
+              const GroupMemberTableRow* element) {
+    struct Word {
+        DFDLUString* TextNumberTableRow::*literal;
+        void (*set)(UNumberFormat*, const DFDLUString*);
+        const char* property;
+    };
+    constexpr Word WORDS[] = {
+        {&TextNumberTableRow::iNumberInfinityRep, TextNumberFormatMgr_setInfinity, "textStandardInfinityRep"},
+        {&TextNumberTableRow::iNumberNaNRep, TextNumberFormatMgr_setNaN, "textStandardNaNRep"}};
+    const TextNumberTableRow* row = GroupMemberTableRow_getTextNumberRow(element);
+    for (const Word& word : WORDS) {
+        if (DFDLUString_length(row->*word.literal) == 0) continue;
+        const DFDLUString* text =
+            TextNumberFormatMgr_getWrittenLiteral(manager, error, element, row->*word.literal, word.property);
+        if (text == nullptr) return false;
+        word.set(format, text);
+    }
+    return true;
 }
 
 }  // namespace
@@ -192,15 +225,16 @@ NumberFormatCacheEntry* TextNumberFormatMgr_getCachedNumberFormat(TextNumberForm
                                                                   const GroupMemberTableRow* element,
                                                                   bool forParser) {
     const TextNumberTableRow* row = GroupMemberTableRow_getTextNumberRow(element);
-    if (row == nullptr || !forParser) return nullptr;
+    if (row == nullptr) return nullptr;
+    const Roads& roads = forParser ? INPUT : OUTPUT;
     if (this_->cache == nullptr) TextNumberFormatMgr_reset(this_, false);
     const int32_t slot = slotOf(row, element);
     if (Entry* entry = entryAt(this_, slot)) {
         if (entry->hasRuntimeSeparators != 0 && entry->separatorsResolved == 0)
-            TextNumberFormatMgr_processSeparatorsForParser(this_, error, entry, row, element);
+            roads.processSeparators(this_, error, entry, row, element);
         return entry;
     }
-    OwnedEntry entry(TextNumberFormatMgr_createNumberFormatCacheEntryFromRowForParser(this_, error, element));
+    OwnedEntry entry(roads.createEntry(this_, error, element));
     if (slot >= this_->cache->capacity) ArrayList_ensureCapacity(this_->cache, slot + CACHE_MARGIN);
     ArrayList_setPointer(this_->cache, slot, entry.get());
     return entry.release();
@@ -222,6 +256,31 @@ NumberFormatCacheEntry* TextNumberFormatMgr_createNumberFormatCacheEntryFromRowF
     if (DFDLUString_length(row->iNumberZeroRep) == 1)
         TextNumberFormatMgr_setZeroDigit(entry->format, row->iNumberZeroRep);
     if (entry->hasRuntimeSeparators == 0) planPlain(entry.get(), row);
+    return entry.release();
+}
+
+NumberFormatCacheEntry* TextNumberFormatMgr_createNumberFormatCacheEntryFromRowForUnparser(
+    TextNumberFormatMgr* this_, ProcessingError* error, const GroupMemberTableRow* element) {
+    const TextNumberTableRow* row = GroupMemberTableRow_getTextNumberRow(element);
+    NumberFormatProperties properties = propertiesOf(row);
+    const bool isVirtual = row->iVirtualDecimalIndex >= 0;
+    Text pattern;
+    if (isVirtual) {
+        pattern.reset(SimpleValueConverter_reformatPattern(this_->heap, properties));
+        if (pattern == nullptr) return nullptr;
+        properties.pattern = pattern.get();
+        properties.strict = true;
+        properties.virtualIndex = -1;
+        properties.boundary = -1;
+    }
+    OwnedEntry entry(
+        TextNumberFormatMgr_createNumberFormatCacheEntry(this_, error, properties, row, element));
+    if (entry == nullptr) return nullptr;
+    if (isVirtual) TextNumberFormatMgr_setDecimalSeparator(entry->format, nullptr);
+    if (!TextNumberFormatMgr_processSeparatorsForUnparser(this_, error, entry.get(), row, element) ||
+        !setWords(this_, error, entry->format, element)) {
+        return nullptr;
+    }
     return entry.release();
 }
 
@@ -251,6 +310,19 @@ void delete_NumberFormatCacheEntry(NumberFormatCacheEntry* this_) {
     DFDLHeapAdapter_objectDeallocate(this_->heap, this_);
 }
 
+bool NumberFormatProperties_findVirtualPoints(const NumberFormatProperties* this_, VirtualPoints* points) {
+    const int32_t length = DFDLUString_length(this_->pattern);
+    const bool split = this_->boundary != -1;
+    const int32_t end = split ? this_->boundary : length;
+    if (this_->virtualIndex < 0 || this_->virtualIndex >= end || end > length - (split ? 1 : 0)) return false;
+    *points = {this_->virtualIndex, -1};
+    if (!split || this_->negativeVirtualIndex == -1) return true;
+    // Its place is told from behind the ";".
+    if (this_->negativeVirtualIndex < 0 || this_->negativeVirtualIndex >= length - end - 1) return false;
+    points->negative = end + 1 + this_->negativeVirtualIndex;
+    return true;
+}
+
 DFDLUString* TextNumberFormatMgr_processPattern(TextNumberFormatMgr* this_, NumberFormatCacheEntry* entry,
                                                 const NumberFormatProperties& properties) {
     const std::u16string_view pattern = DFDLUString_view(properties.pattern);
@@ -261,20 +333,13 @@ DFDLUString* TextNumberFormatMgr_processPattern(TextNumberFormatMgr* this_, Numb
         entry->virtualDecimalDigits = properties.scalingPosition;
         return copy(pattern);
     }
-    const auto at = static_cast<size_t>(properties.virtualIndex);
-    const bool split = properties.boundary != -1;
-    const auto boundary = split ? static_cast<size_t>(properties.boundary) : pattern.size();
-    const int32_t negativeIndex = split ? properties.negativeVirtualIndex : -1;
-    if (at >= boundary || boundary > pattern.size() || (split && boundary == pattern.size())) return nullptr;
-    const auto second = static_cast<size_t>(negativeIndex);
-    if (negativeIndex != -1 && (negativeIndex < -1 || boundary + 1 + second >= pattern.size()))
-        return nullptr;
-    entry->virtualDecimalDigits = digitsBehind(pattern, at);
+    VirtualPoints points;
+    if (!NumberFormatProperties_findVirtualPoints(&properties, &points)) return nullptr;
+    entry->virtualDecimalDigits = digitsBehind(pattern, points.positive);
     Text result(copy(pattern));
     // From the end, so that the first index stays right.
-    if (negativeIndex != -1)
-        DFDLUString_deleteCharAt(result.get(), static_cast<int32_t>(boundary + 1 + second));
-    DFDLUString_deleteCharAt(result.get(), properties.virtualIndex);
+    if (points.negative != -1) DFDLUString_deleteCharAt(result.get(), points.negative);
+    DFDLUString_deleteCharAt(result.get(), points.positive);
     return result.release();
 }
 

@@ -12,6 +12,7 @@ struct ArrayList;
 struct DFDLUString;
 struct GroupMemberTableRow;
 struct ProcessingError;
+struct SimpleValueConverter;
 
 // A row's number format, ready for use. Belongs to the manager that made it.
 struct NumberFormatCacheEntry {
@@ -33,7 +34,8 @@ struct TextNumberFormatMgr {
     ArrayList* cache;              // of NumberFormatCacheEntry; null before the first reset
     uint32_t spare;
     const TextNumberTable* table;
-    bool isSerializer;  // whose errors are raised
+    SimpleValueConverter* converter;  // of a serializer, whose it is; null in a parser
+    bool isSerializer;                // whose errors are raised
 };
 
 TextNumberFormatMgr* new_TextNumberFormatMgr(DFDLHeapAdapter* heap, bool isSerializer);
@@ -53,6 +55,9 @@ NumberFormatCacheEntry* TextNumberFormatMgr_getCachedNumberFormat(TextNumberForm
                                                                   bool forParser);
 NumberFormatCacheEntry* TextNumberFormatMgr_createNumberFormatCacheEntryFromRowForParser(
     TextNumberFormatMgr* this_, ProcessingError* error, const GroupMemberTableRow* element);
+// A number with a V in its pattern is formatted as one with a point that is written as nothing.
+NumberFormatCacheEntry* TextNumberFormatMgr_createNumberFormatCacheEntryFromRowForUnparser(
+    TextNumberFormatMgr* this_, ProcessingError* error, const GroupMemberTableRow* element);
 void delete_NumberFormatCacheEntry(NumberFormatCacheEntry* this_);  // null is ignored
 
 // What a format is made from.
@@ -67,6 +72,13 @@ struct NumberFormatProperties {
     int32_t scalingPosition;
     double increment;
 };
+// Where the Vs of a pattern stand, counted from its start.
+struct VirtualPoints {
+    int32_t positive;
+    int32_t negative;  // -1 none
+};
+// False if the row tells places that the pattern has not.
+bool NumberFormatProperties_findVirtualPoints(const NumberFormatProperties* this_, VirtualPoints* points);
 // The format with the symbols of the root locale. Null as above.
 NumberFormatCacheEntry* TextNumberFormatMgr_createNumberFormatCacheEntry(
     TextNumberFormatMgr* this_, ProcessingError* error, const NumberFormatProperties& properties,
@@ -79,6 +91,19 @@ bool TextNumberFormatMgr_processSeparatorsForParser(TextNumberFormatMgr* this_, 
                                                     NumberFormatCacheEntry* entry,
                                                     const TextNumberTableRow* row,
                                                     const GroupMemberTableRow* element);
+
+// For output: neither base nor type matters, and what the pattern has no sign for stays as it is. False with
+// an error.
+bool TextNumberFormatMgr_processSeparatorsForUnparser(TextNumberFormatMgr* this_, ProcessingError* error,
+                                                      NumberFormatCacheEntry* entry,
+                                                      const TextNumberTableRow* row,
+                                                      const GroupMemberTableRow* element);
+
+// What a serializer writes for a literal; the converter keeps it. Null with an error that names the property.
+const DFDLUString* TextNumberFormatMgr_getWrittenLiteral(const TextNumberFormatMgr* this_,
+                                                         ProcessingError* error,
+                                                         const GroupMemberTableRow* element,
+                                                         const DFDLUString* literal, const char* property);
 
 // A character of no meaning that goes to ICU with length 0 where a symbol is to be empty.
 inline constexpr UChar NULL_PATTERN_SYMBOL = 0x00FF;
