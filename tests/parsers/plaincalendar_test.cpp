@@ -6,9 +6,11 @@
 #include <cstdlib>
 #include <fstream>
 #include <random>
+#include <span>
 #include <sstream>
 #include <string>
 #include <utility>
+#include <vector>
 
 #include "dfdl/converters/calendarconverter.h"
 #include "dfdl/converters/dfdlcalendar.h"
@@ -152,7 +154,8 @@ std::u16string patternOf(Chance& chance) {
     static constexpr std::array<std::u16string_view, 13> DATES = {
         u"dd/MMM/yyyy", u"MMM-dd-yy", u"ddMMMyyyy",  u"yyyy-MM-dd", u"yyyyMMdd", u"yyMMdd", u"dd.MM.yyyy",
         u"MM/dd/yy",    u"yyyy-MM",   u"uuuu-MM-dd", u"ddMMyyyy",   u"yyyy",     u""};
-    static constexpr std::array<std::u16string_view, 5> MARKS = {u"'T'", u"'T'", u" ", u":", u""};
+    static constexpr std::array<std::u16string_view, 7> MARKS = {u"'T'", u"'T'", u" ",    u":",
+                                                                 u"",    u"--",  u",'T':"};
     static constexpr std::array<std::u16string_view, 8> TIMES = {
         u"HH:mm:ss", u"HHmmss", u"HH:mm", u"HH:mm:ss.SSS", u"HHmmssSSS", u"HH.mm.ss,S", u"HH:mm:ss.SS", u""};
     static constexpr std::array<std::u16string_view, 11> ZONES = {u"",    u"",   u"",   u"XXX",   u"XX", u"Z",
@@ -218,6 +221,22 @@ class Rig {
     GroupMemberTableRow row_{};
 };
 
+// Whether the text is plain. Its bytes must be what its units are; they lie at the end of a block of their
+// own, so that the sanitizer sees what is read behind them.
+bool readsAlike(const PlainCalendar& road, const std::u16string& text) {
+    std::vector<uint8_t> bytes;
+    for (const char16_t unit : text) {
+        if (unit >= 0x80) bytes.push_back(0xC3);
+        bytes.push_back(static_cast<uint8_t>(unit));
+    }
+    int64_t ofUnits = 0;
+    int64_t ofBytes = 0;
+    const bool isPlain = PlainCalendar_read(&road, text, &ofUnits);
+    EXPECT_EQ(isPlain, PlainCalendar_read(&road, std::span<const uint8_t>(bytes), &ofBytes));
+    EXPECT_EQ(ofUnits, ofBytes);
+    return isPlain;
+}
+
 TEST(PlainCalendar, ItsValuesAreThoseOfIcu) {
     const uint32_t seed = std::random_device{}();
     SCOPED_TRACE("seed " + std::to_string(seed));
@@ -233,13 +252,12 @@ TEST(PlainCalendar, ItsValuesAreThoseOfIcu) {
         PlainCalendar& road = rig.entry()->plain;
         for (int32_t i = 0; i < 200; ++i, ++round) {
             const std::u16string text = textOf(chance, pattern);
-            CalendarFields fields;
-            if (PlainCalendar_read(&road, text, &fields)) ++plain;
+            if (readsAlike(road, text)) ++plain;
             const std::string ahead = rig.read(text);
-            const int32_t count = std::exchange(road.count, 0);
+            const int32_t width = std::exchange(road.width, 0);
             EXPECT_EQ(ahead, rig.read(text)) << std::string(pattern.begin(), pattern.end()) << ": "
                                              << std::string(text.begin(), text.end());
-            road.count = count;
+            road.width = width;
         }
         ASSERT_FALSE(::testing::Test::HasFailure());
     }

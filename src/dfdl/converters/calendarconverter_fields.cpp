@@ -10,18 +10,7 @@
 
 namespace {
 
-// Of the fields in a word.
-constexpr int YEAR_BITS = 14;
-constexpr int MONTH_BITS = 4;
-constexpr int DAY_BITS = 5;
-constexpr int HOUR_BITS = 5;
-constexpr int SIXTY_BITS = 6;  // minutes and seconds
-constexpr int MILLISECOND_BITS = 10;
-constexpr int ZONE_BITS = 11;
-
 constexpr int32_t MILLISECONDS_OF_MINUTE = 60000;
-constexpr int32_t FIRST_PLAIN_YEAR = 1583;  // the first one that is Gregorian as a whole
-constexpr int32_t LAST_PLAIN_YEAR = 9999;
 
 bool isLeapYear(int32_t year) { return year % 4 == 0 && (year % 100 != 0 || year % 400 == 0); }
 
@@ -48,55 +37,6 @@ bool CalendarFields_arePlain(const CalendarFields* this_) {
            isBelow(this_->hour, 24) && isBelow(this_->minute, 60) && isBelow(this_->second, 60) &&
            isBelow(this_->millisecond, 1000) && this_->zoneOffset >= -CALENDAR_MOST_ZONE_MINUTES &&
            this_->zoneOffset <= CALENDAR_MOST_ZONE_MINUTES;
-}
-
-void CalendarFields_fillCalendar(const CalendarFields* this_, DFDLCalendarImpl* target) {
-    DfdlCalendarImpl_setDate(target, this_->year, this_->month, this_->day);
-    DfdlCalendarImpl_setTime(target, this_->hour, this_->minute, this_->second);
-    target->microSecond = this_->millisecond * 1000;
-    target->hasMicroSec = 1;
-    target->timeZoneOffset = this_->zoneOffset;
-    target->hasTimeZone = this_->hasZone ? 1 : 0;
-}
-
-bool CalendarFields_pack(const CalendarFields* this_, int64_t* word) {
-    constexpr int32_t MOST_YEAR = 9999;
-    if (this_->year < 0 || this_->year > MOST_YEAR) return false;
-    uint64_t packed = 0;
-    const auto add = [&packed](int32_t value, int bits) {
-        packed = packed << bits | (static_cast<uint64_t>(value) & ((uint64_t{1} << bits) - 1));
-    };
-    add(this_->year, YEAR_BITS);
-    add(this_->month, MONTH_BITS);
-    add(this_->day, DAY_BITS);
-    add(this_->hour, HOUR_BITS);
-    add(this_->minute, SIXTY_BITS);
-    add(this_->second, SIXTY_BITS);
-    add(this_->millisecond, MILLISECOND_BITS);
-    add(this_->zoneOffset + CALENDAR_MOST_ZONE_MINUTES, ZONE_BITS);
-    add(this_->hasZone ? 1 : 0, 1);
-    *word = static_cast<int64_t>(packed);
-    return true;
-}
-
-CalendarFields CalendarFields_unpack(int64_t word) {
-    auto packed = static_cast<uint64_t>(word);
-    const auto take = [&packed](int bits) {
-        const auto value = static_cast<int32_t>(packed & ((uint64_t{1} << bits) - 1));
-        packed >>= bits;
-        return value;
-    };
-    CalendarFields fields;
-    fields.hasZone = take(1) != 0;
-    fields.zoneOffset = take(ZONE_BITS) - CALENDAR_MOST_ZONE_MINUTES;
-    fields.millisecond = take(MILLISECOND_BITS);
-    fields.second = take(SIXTY_BITS);
-    fields.minute = take(SIXTY_BITS);
-    fields.hour = take(HOUR_BITS);
-    fields.day = take(DAY_BITS);
-    fields.month = take(MONTH_BITS);
-    fields.year = take(YEAR_BITS);
-    return fields;
 }
 
 DFDLCalendarImpl* CalendarFields_toCalendar(const CalendarFields* this_, DFDLHeapAdapter* heap) {

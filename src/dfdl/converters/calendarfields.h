@@ -5,8 +5,7 @@
 
 #include <cstdint>
 
-struct DFDLCalendarImpl;
-struct DFDLHeapAdapter;
+#include "dfdl/converters/dfdlcalendar.h"
 
 // What a text says of a point in time, before anything is carried over into another field. A plain value.
 struct CalendarFields {
@@ -24,14 +23,21 @@ struct CalendarFields {
 // The greatest offset of a zone, either way.
 inline constexpr int32_t CALENDAR_MOST_ZONE_MINUTES = 14 * 60;
 
+inline constexpr int32_t FIRST_PLAIN_YEAR = 1583;  // the first one that is Gregorian as a whole
+inline constexpr int32_t LAST_PLAIN_YEAR = 9999;
+
 // No field needs carrying, the year has four digits and no calendar but the Gregorian one: the record is what
 // the text says, whatever ICU would do.
 bool CalendarFields_arePlain(const CalendarFields* this_);
 // Sets all of a new record.
-void CalendarFields_fillCalendar(const CalendarFields* this_, DFDLCalendarImpl* target);
-// All fields in one word, and back. False, and no word, for a year of more than four digits.
-bool CalendarFields_pack(const CalendarFields* this_, int64_t* word);
-CalendarFields CalendarFields_unpack(int64_t word);
+inline void CalendarFields_fillCalendar(const CalendarFields* this_, DFDLCalendarImpl* target) {
+    DfdlCalendarImpl_setDate(target, this_->year, this_->month, this_->day);
+    DfdlCalendarImpl_setTime(target, this_->hour, this_->minute, this_->second);
+    target->microSecond = this_->millisecond * 1000;
+    target->hasMicroSec = 1;
+    target->timeZoneOffset = this_->zoneOffset;
+    target->hasTimeZone = this_->hasZone ? 1 : 0;
+}
 DFDLCalendarImpl* CalendarFields_toCalendar(const CalendarFields* this_, DFDLHeapAdapter* heap);
 // Sets all but the zone.
 void CalendarFields_fillUCalendar(const CalendarFields* this_, UCalendar* target, UErrorCode* status);

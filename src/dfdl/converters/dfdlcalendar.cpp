@@ -85,20 +85,6 @@ void delete_DFDLCalendarImpl(DFDLCalendarImpl* this_) {
     delete_DFDLHeapAdapter(heap);
 }
 
-void DfdlCalendarImpl_setDate(DFDLCalendarImpl* this_, int32_t year, int32_t month, int32_t day) {
-    this_->year = year == 0 ? -1 : year;
-    this_->month = month;
-    this_->day = day;
-    this_->hasDate = 1;
-}
-
-void DfdlCalendarImpl_setTime(DFDLCalendarImpl* this_, int32_t hour, int32_t minute, int32_t second) {
-    this_->hour = hour;
-    this_->minute = minute;
-    this_->second = second;
-    this_->hasTime = 1;
-}
-
 int32_t DfdlCalendarImpl_zoneName(const DFDLCalendarImpl* this_, UChar* name) {
     char text[CALENDAR_ZONE_NAME] = "Etc/Unknown";
     int length = 11;

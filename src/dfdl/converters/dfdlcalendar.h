@@ -34,8 +34,18 @@ DFDLCalendarImpl* DfdlCalendarImpl_clone(DFDLHeapAdapter* heap, const DFDLCalend
 void delete_DFDLCalendarImplFromUCalendar(DFDLCalendarImpl* this_);  // null is ignored
 void delete_DFDLCalendarImpl(DFDLCalendarImpl* this_);               // with its adapter; null is ignored
 
-void DfdlCalendarImpl_setDate(DFDLCalendarImpl* this_, int32_t year, int32_t month, int32_t day);
-void DfdlCalendarImpl_setTime(DFDLCalendarImpl* this_, int32_t hour, int32_t minute, int32_t second);
+inline void DfdlCalendarImpl_setDate(DFDLCalendarImpl* this_, int32_t year, int32_t month, int32_t day) {
+    this_->year = year == 0 ? -1 : year;
+    this_->month = month;
+    this_->day = day;
+    this_->hasDate = 1;
+}
+inline void DfdlCalendarImpl_setTime(DFDLCalendarImpl* this_, int32_t hour, int32_t minute, int32_t second) {
+    this_->hour = hour;
+    this_->minute = minute;
+    this_->second = second;
+    this_->hasTime = 1;
+}
 
 // A name of the zone for ICU: "GMT+05:30"; "Etc/Unknown" without a zone. `name` holds CALENDAR_ZONE_NAME
 // units and is terminated; returns its length.

@@ -27,19 +27,20 @@ bool isPlainShape(std::u16string_view shape, bool* groups) {
 
 bool isDigit(UChar c) { return c >= u'0' && c <= u'9'; }
 
-// Goes along the text.
+// Goes along the text, of units or of bytes.
+template <class Char>
 class Reader {
   public:
-    Reader(const UChar* characters, int32_t length) : next_(characters), end_(characters + length) {}
+    Reader(const Char* characters, size_t length) : next_(characters), end_(characters + length) {}
 
     bool take(UChar c) {
-        if (next_ == end_ || *next_ != c) return false;
+        if (next_ == end_ || *next_ != c || !standsForItself(c)) return false;
         ++next_;
         return true;
     }
     // How many digits stand here, all of which become part of the number.
     int32_t digits() {
-        const UChar* start = next_;
+        const Char* start = next_;
         while (next_ < end_ && isDigit(*next_)) word_ = word_ * 10 + static_cast<uint64_t>(*next_++ - u'0');
         const auto count = static_cast<int32_t>(next_ - start);
         count_ += count;
@@ -50,14 +51,18 @@ class Reader {
     uint64_t word() const { return word_; }
 
   private:
-    const UChar* next_;
-    const UChar* end_;
+    // Beyond ASCII a byte is another character, or a part of one.
+    static bool standsForItself(UChar c) { return sizeof(Char) > 1 || c < 0x80; }
+
+    const Char* next_;
+    const Char* end_;
     uint64_t word_ = 0;
     int32_t count_ = 0;  // digits
 };
 
 // Digits before the point: all of them together, or in groups of which only the first may be short.
-bool readWhole(Reader* reader, UChar grouping) {
+template <class Char>
+bool readWhole(Reader<Char>* reader, UChar grouping) {
     const int32_t first = reader->digits();
     if (first < 1) return false;
     if (grouping == 0 || !reader->take(grouping)) return true;
@@ -65,6 +70,25 @@ bool readWhole(Reader* reader, UChar grouping) {
     do {
         if (reader->digits() != GROUP_DIGITS) return false;
     } while (reader->take(grouping));
+    return true;
+}
+
+template <class Char>
+bool read(const PlainTextNumber* plan, Reader<Char> reader, PlainDigits* digits) {
+    if (!plan->isUsable) return false;
+    const bool isNegative = reader.take(u'-');
+    const bool hasPlus = !isNegative && plan->takesPlus && reader.take(u'+');
+    if (plan->wantsPlus && !isNegative && !hasPlus) return false;
+    if (!readWhole(&reader, plan->grouping)) return false;
+    int32_t places = 0;
+    if (plan->point != 0 && reader.take(plan->point)) {
+        places = reader.digits();
+        if (places < 1) return false;
+    }
+    uint64_t word = reader.word();
+    if (!reader.atEnd() || !reader.fitsWord() || (word == 0 && isNegative)) return false;
+    for (; places > 0 && word % 10 == 0; --places) word /= 10;
+    *digits = {isNegative ? -static_cast<int64_t>(word) : static_cast<int64_t>(word), places};
     return true;
 }
 
@@ -94,24 +118,12 @@ PlainTextNumber PlainTextNumber_plan(std::u16string_view pattern, std::u16string
             hasPoint && !point.empty() ? point[0] : UChar{0}};
 }
 
-bool PlainTextNumber_read(const PlainTextNumber* this_, const UChar* characters, int32_t length,
-                          PlainDigits* digits) {
-    if (!this_->isUsable) return false;
-    Reader reader(characters, length);
-    const bool isNegative = reader.take(u'-');
-    const bool hasPlus = !isNegative && this_->takesPlus && reader.take(u'+');
-    if (this_->wantsPlus && !isNegative && !hasPlus) return false;
-    if (!readWhole(&reader, this_->grouping)) return false;
-    int32_t places = 0;
-    if (this_->point != 0 && reader.take(this_->point)) {
-        places = reader.digits();
-        if (places < 1) return false;
-    }
-    uint64_t word = reader.word();
-    if (!reader.atEnd() || !reader.fitsWord() || (word == 0 && isNegative)) return false;
-    for (; places > 0 && word % 10 == 0; --places) word /= 10;
-    *digits = {isNegative ? -static_cast<int64_t>(word) : static_cast<int64_t>(word), places};
-    return true;
+bool PlainTextNumber_read(const PlainTextNumber* this_, std::u16string_view text, PlainDigits* digits) {
+    return read(this_, Reader<char16_t>(text.data(), text.size()), digits);
+}
+
+bool PlainTextNumber_read(const PlainTextNumber* this_, std::span<const uint8_t> text, PlainDigits* digits) {
+    return read(this_, Reader<uint8_t>(text.data(), text.size()), digits);
 }
 
 bool PlainDigits_toDouble(PlainDigits digits, double* value) {

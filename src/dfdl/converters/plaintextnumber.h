@@ -4,6 +4,7 @@
 #include <unicode/utypes.h>
 
 #include <cstdint>
+#include <span>
 #include <string_view>
 
 // Reads the common texts of the common patterns, digits with a sign, groups of three and a point, as ICU
@@ -31,9 +32,10 @@ struct PlainDigits {
     int32_t places;
 };
 
-// False if ICU has to be asked, as for a zero with a sign.
-bool PlainTextNumber_read(const PlainTextNumber* this_, const UChar* characters, int32_t length,
-                          PlainDigits* digits);
+// Both: false if ICU has to be asked, as for a zero with a sign. Bytes are those of an encoding that keeps
+// ASCII.
+bool PlainTextNumber_read(const PlainTextNumber* this_, std::u16string_view text, PlainDigits* digits);
+bool PlainTextNumber_read(const PlainTextNumber* this_, std::span<const uint8_t> text, PlainDigits* digits);
 // The nearest double. False if it takes more than one division that rounds.
 bool PlainDigits_toDouble(PlainDigits digits, double* value);
 

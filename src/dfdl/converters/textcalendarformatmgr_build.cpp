@@ -193,8 +193,9 @@ bool namesPlainMonths(const UDateFormat* format) {
 void judge(TextCalendarFormatEntry* entry, const DFDLUString* pattern) {
     if (pattern == nullptr || entry->isIso != 0 || !isGregorian(entry->format)) return;
     if (entry->readsZone == 0 && entry->hasOffset == 0) return;
-    PlainCalendar_compile(&entry->plain, DFDLUString_view(pattern), firstYearOfCentury(entry->format),
-                          namesPlainMonths(entry->format));
+    entry->plain = PlainCalendar_compile(DFDLUString_view(pattern),
+                                         {firstYearOfCentury(entry->format), namesPlainMonths(entry->format),
+                                          entry->zoneOffset, entry->namesZone != 0});
 }
 
 }  // namespace

@@ -25,10 +25,6 @@ bool hasPoint(const GroupMemberTableRow* element) {
     return type == SIMPLE_FLOAT || type == SIMPLE_DOUBLE || type == SIMPLE_DECIMAL;
 }
 
-int32_t slotOf(const TextNumberTableRow* row, const GroupMemberTableRow* element) {
-    return CLASSES * (row->id - 1) + (hasPoint(element) ? 1 : 0);
-}
-
 Entry* entryAt(const TextNumberFormatMgr* manager, int32_t slot) {
     return slot < manager->cache->count ? ArrayList_getPointer<Entry>(manager->cache, slot) : nullptr;
 }
@@ -228,7 +224,7 @@ NumberFormatCacheEntry* TextNumberFormatMgr_getCachedNumberFormat(TextNumberForm
     if (row == nullptr) return nullptr;
     const Roads& roads = forParser ? INPUT : OUTPUT;
     if (this_->cache == nullptr) TextNumberFormatMgr_reset(this_, false);
-    const int32_t slot = slotOf(row, element);
+    const int32_t slot = TextNumberFormatMgr_slotOf(element);
     if (Entry* entry = entryAt(this_, slot)) {
         if (entry->hasRuntimeSeparators != 0 && entry->separatorsResolved == 0)
             roads.processSeparators(this_, error, entry, row, element);
@@ -238,6 +234,15 @@ NumberFormatCacheEntry* TextNumberFormatMgr_getCachedNumberFormat(TextNumberForm
     if (slot >= this_->cache->capacity) ArrayList_ensureCapacity(this_->cache, slot + CACHE_MARGIN);
     ArrayList_setPointer(this_->cache, slot, entry.get());
     return entry.release();
+}
+
+int32_t TextNumberFormatMgr_slotOf(const GroupMemberTableRow* element) {
+    return CLASSES * (GroupMemberTableRow_getTextNumberRow(element)->id - 1) + (hasPoint(element) ? 1 : 0);
+}
+
+NumberFormatCacheEntry* TextNumberFormatMgr_entryInSlot(const TextNumberFormatMgr* this_, int32_t slot) {
+    Entry* entry = this_->cache != nullptr ? entryAt(this_, slot) : nullptr;
+    return entry != nullptr && entry->hasRuntimeSeparators == 0 ? entry : nullptr;
 }
 
 NumberFormatCacheEntry* TextNumberFormatMgr_createNumberFormatCacheEntryFromRowForParser(

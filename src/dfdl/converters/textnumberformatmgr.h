@@ -53,6 +53,10 @@ NumberFormatCacheEntry* TextNumberFormatMgr_getCachedNumberFormat(TextNumberForm
                                                                   ProcessingError* error,
                                                                   const GroupMemberTableRow* element,
                                                                   bool forParser);
+// Where the format of the element's row, which must have one, is kept, in every manager of its table.
+int32_t TextNumberFormatMgr_slotOf(const GroupMemberTableRow* element);
+// The format there, if it is made and needs nothing that a document has to give; else null.
+NumberFormatCacheEntry* TextNumberFormatMgr_entryInSlot(const TextNumberFormatMgr* this_, int32_t slot);
 NumberFormatCacheEntry* TextNumberFormatMgr_createNumberFormatCacheEntryFromRowForParser(
     TextNumberFormatMgr* this_, ProcessingError* error, const GroupMemberTableRow* element);
 // A number with a V in its pattern is formatted as one with a point that is written as nothing.

@@ -24,7 +24,6 @@ struct DelimitedScannerBytes;
 struct GroupMemberTableRow;
 struct NumberFormatCacheEntry;
 struct PIFIteratorForParser;
-struct PlainValue;
 struct StringLiteralCache;
 struct TextCalendarFormatMgr;
 struct TextNumberFormatMgr;
@@ -196,11 +195,6 @@ DFDLValue* ParserRegionHandler_buildDFDLValueFromNumber(ParserRegionHandler* thi
 // kind; the value is the caller's then.
 DFDLValue* ParserRegionHandler_setSchemaType(ParserRegionHandler* this_, DFDLValue* value,
                                              const GroupMemberTableRow* row);
-
-// The value of a number or calendar whose text is plain, for the short roads. False, with nothing raised, if
-// the operations above have to read it, or to say what is wrong with it.
-bool ParserRegionHandler_readPlainValue(ParserRegionHandler* this_, const GroupMemberTableRow* row,
-                                        std::u16string_view text, PlainValue* value);
 
 // Integers of the row's type, from a word, which of unsigned types holds the bits, and from the scratch
 // decimal. Null with an error if it is out of range.

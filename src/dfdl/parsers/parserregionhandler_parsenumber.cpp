@@ -73,7 +73,7 @@ void setDigits(DFDLDecimal* decimal, PlainDigits digits) {
 
 // Null, or the number by the road past ICU.
 bool readPlain(const NumberFormatCacheEntry* entry, View text, Outcome* outcome, PlainDigits* digits) {
-    if (!PlainTextNumber_read(&entry->plain, text.data(), sizeOf(text), digits)) return false;
+    if (!PlainTextNumber_read(&entry->plain, text, digits)) return false;
     *outcome = {sizeOf(text), U_ZERO_ERROR};
     return true;
 }

@@ -4,6 +4,7 @@
 
 #include "dfdl/converters/calendarconverter.h"
 #include "dfdl/converters/dfdlcalendar.h"
+#include "dfdl/converters/packedcalendar.h"
 #include "dfdl/converters/textcalendarformatmgr.h"
 #include "dfdl/foundation/context.h"
 #include "dfdl/foundation/dfdlustring.h"
@@ -205,14 +206,11 @@ DFDLCalendarImpl* readByPattern(const Reading& reading) {
             DFDLUString_replaceAll(text, constants->z, constants->zeroOffset, reading.handler->heap));
         text = written.get();
     }
-    CalendarFields fields;
-    if (!PlainCalendar_read(&reading.entry->plain, DFDLUString_view(text), &fields)) {
+    int64_t packed = 0;
+    if (!PlainCalendar_read(&reading.entry->plain, DFDLUString_view(text), &packed)) {
         return readByIcu(reading, text);
     }
-    if (!fields.hasZone) {
-        fields.zoneOffset = reading.entry->zoneOffset;
-        fields.hasZone = reading.entry->namesZone != 0;
-    }
+    const CalendarFields fields = PackedCalendar_fields(packed);
     return CalendarFields_toCalendar(&fields, reading.handler->heap);
 }
 

@@ -165,7 +165,7 @@ Delimiter takeShortField(Run*, const RowPlan&, const CompiledMarkupSet*, const u
 bool startsBlock(const CompiledMarkupSet* set, const RowPlan& plan, uint8_t first) {
     return set->usesEscapeBlock && set->blockStart.length == 1 && set->blockEnd.length == 1 &&
            set->escapeEscapeCharacter.length <= 1 && first == set->blockStart.bytes[0] &&
-           plan.trim == TRIM_NONE && plan.convertedRow == nullptr;
+           plan.trim == TRIM_NONE && plan.textValue.row == nullptr;
 }
 
 // Whether an end of the block stands at a byte that is not the last, but is hidden.

@@ -6,36 +6,37 @@
 
 #include <algorithm>
 #include <bit>
+#include <span>
 
 #include "dfdl/buffer/buffermanager.h"
 #include "dfdl/converters/dfdlcharset.h"
 #include "dfdl/foundation/context.h"
 #include "dfdl/foundation/processingerror.h"
-#include "dfdl/parsers/parserregionhandler.h"
 #include "dfdl/pif/groupmembertable.h"
 #include "dfdl/pifiterator/pifiteratorforparser.h"
 #include "dfdl/processor/dochandlereventbuffer.h"
 
 namespace {
 
+constexpr UChar ASCII = 0x80;  // and beyond, other characters
+
 struct Text {
-    UChar* chars;
+    const UChar* chars;
     int32_t length;
 };
 
-Text trim(const RowPlan& plan, UChar* chars, int32_t length) {
-    UChar* start = chars;
-    UChar* end = chars + length;
+// Without the padding. A byte beyond ASCII is not a character.
+template <class Char>
+std::span<const Char> trim(const RowPlan& plan, const Char* start, int64_t length) {
+    const Char* end = start + length;
     const UChar pad = plan.padCharacter[0];
-    if (plan.trim == TRIM_CHARACTER) {
-        if (plan.trimLeading != 0)
-            start = std::find_if(start, end, [pad](UChar unit) { return unit != pad; });
+    if (plan.trim == TRIM_CHARACTER && (sizeof(Char) > 1 || pad < ASCII)) {
+        if (plan.trimLeading != 0) start = std::find_if(start, end, [pad](Char unit) { return unit != pad; });
         if (plan.trimTrailing != 0) {
             while (end > start && end[-1] == pad) --end;
         }
     }
-    *end = 0;
-    return {start, static_cast<int32_t>(end - start)};
+    return {start, end};
 }
 
 #if defined(__SSE2__)
@@ -44,7 +45,6 @@ Text trim(const RowPlan& plan, UChar* chars, int32_t length) {
 // if the text is not of this kind.
 bool decodeBlock(const RowPlan& plan, const DFDLCharset* charset, const PlainBytes& bytes, UChar* target,
                  Text* text) {
-    constexpr UChar ASCII = 0x80;
     if (bytes.count > PLAIN_BLOCK || bytes.loaded < PLAIN_BLOCK || charset->road != ROAD_ASCII) return false;
     const __m128i block = _mm_loadu_si128(reinterpret_cast<const __m128i*>(bytes.start));
     const uint32_t own = (1U << bytes.count) - 1;
@@ -73,12 +73,24 @@ bool decodeBlock(const RowPlan&, const DFDLCharset*, const PlainBytes&, UChar*, 
 
 #endif
 
-bool deliverConverted(PIFIteratorForParser* iterator, const RowPlan& plan, const Text& text, BitRange place) {
-    PlainValue value{};
-    if (!ParserRegionHandler_readPlainValue(iterator->parserRegionHandler, plan.convertedRow,
-                                            {text.chars, static_cast<size_t>(text.length)}, &value)) {
-        return false;
+// Bytes that are ASCII are read as they lie. Where the encoding has a table, they are decoded first.
+bool readValue(PIFIteratorForParser* iterator, const RowPlan& plan, DFDLCharset* charset,
+               const PlainBytes& bytes, PlainValue* value) {
+    ParserRegionHandler* handler = iterator->parserRegionHandler;
+    if (charset->road == ROAD_ASCII) {
+        return PlainTextValue_readBytes(&plan.textValue, handler, trim(plan, bytes.start, bytes.count),
+                                        value);
     }
+    UChar* const target = iterator->plainText;
+    if (!DFDLCharset_decodeDirectly(charset, bytes.start, bytes.count, target)) return false;
+    const std::span<const UChar> text = trim<UChar>(plan, target, bytes.count);
+    return PlainTextValue_read(&plan.textValue, handler, {text.data(), text.size()}, value);
+}
+
+bool deliverValue(PIFIteratorForParser* iterator, const RowPlan& plan, DFDLCharset* charset,
+                  const PlainBytes& bytes, BitRange place) {
+    PlainValue value{};
+    if (!readValue(iterator, plan, charset, bytes, &value)) return false;
     DocHandlerEventBuffer_plainWord(iterator->eventBuffer, &plan.plainElement, value, place.start, place.end);
     return true;
 }
@@ -108,13 +120,15 @@ UChar* PlainTextRun_target(PIFIteratorForParser* iterator, int64_t units) {
 bool PlainTextRun_deliver(PIFIteratorForParser* iterator, const RowPlan& plan, DFDLCharset* charset,
                           const PlainBytes& bytes, BitRange place) {
     if (bytes.count > MOST_PLAIN_TEXT) return false;
+    if (plan.textValue.row != nullptr) return deliverValue(iterator, plan, charset, bytes, place);
     UChar* target = PlainTextRun_target(iterator, bytes.count);
     Text text{};
     if (!decodeBlock(plan, charset, bytes, target, &text)) {
         if (!DFDLCharset_decodeDirectly(charset, bytes.start, bytes.count, target)) return false;
-        text = trim(plan, target, static_cast<int32_t>(bytes.count));
+        const std::span<const UChar> kept = trim<UChar>(plan, target, bytes.count);
+        text = {kept.data(), static_cast<int32_t>(kept.size())};
+        target[kept.data() + kept.size() - target] = 0;
     }
-    if (plan.convertedRow != nullptr) return deliverConverted(iterator, plan, text, place);
     DocHandlerEventBuffer_plainText(iterator->eventBuffer, &plan.plainElement, text.chars, text.length,
                                     place.start, place.end);
     return true;

@@ -6,6 +6,7 @@
 #include <cstdint>
 
 #include "dfdl/converters/plainnumber.h"
+#include "dfdl/parsers/plaintextvalue.h"
 #include "dfdl/processor/plainelement.h"
 
 struct DFDLHeapAdapter;
@@ -67,8 +68,8 @@ struct RowPlan {
     int32_t compiledSetId;
     UnorderedMembers* spareMembers;  // of closed unordered groups
     PlainMember plainMember;
-    PlainElement plainElement;                // of a plain member or field
-    const GroupMemberTableRow* convertedRow;  // of one that is a number or calendar written as text
+    PlainElement plainElement;  // of a plain member or field
+    PlainTextValue textValue;   // of one that is a number or calendar
     // Of a complex element that is a sequence of plain members and nothing else, or one of plain fields with
     // a terminator: the first of them.
     const GroupMemberTableRow* recordMembers;

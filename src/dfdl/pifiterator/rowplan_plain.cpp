@@ -7,8 +7,6 @@
 #include "dfdl/pif/nilschemetable.h"
 #include "dfdl/pif/occursschemetable.h"
 #include "dfdl/pif/spif.h"
-#include "dfdl/pif/textnumbertable.h"
-#include "dfdl/pif/textstringtable.h"
 #include "dfdl/pifiterator/contextitemforparser.h"
 #include "dfdl/pifiterator/rowplan.h"
 
@@ -25,28 +23,9 @@ bool occursOnce(const GroupMemberTableRow& row) {
     return row.effectiveMinOccurs == 1 && row.effectiveMaxOccurs == 1;
 }
 
-// A number in digits. One that is justified to its first digit may lose a zero that is no padding.
-bool isPlainNumber(const GroupMemberTableRow& row) {
-    const bool isNumber =
-        row.simpleTypeKind >= SIMPLE_FLOAT && row.simpleTypeKind <= SIMPLE_NON_NEGATIVE_INTEGER;
-    if (row.iPhysicalType != TEXT_NUMBER || !isNumber) return false;
-    const TextNumberTableRow* number = GroupMemberTableRow_getTextNumberRow(&row);
-    const TextStringTableRow* text = row.textStringRow;
-    const bool losesZeros =
-        text != nullptr && text->iTextJustification != RIGHT && DFDLUString_view(text->padString) == u"0";
-    return number != nullptr && number->iTextNumberRepresentation == TEXT &&
-           number->iNumberBase == NUMBER_BASE_10 && DFDLUString_length(number->iNumberZeroRep) == 0 &&
-           !losesZeros;
-}
-
-bool isPlainCalendar(const GroupMemberTableRow& row) {
-    const int32_t type = row.simpleTypeKind;
-    return row.iPhysicalType == TEXT_CALENDAR && type >= SIMPLE_DATE && type <= SIMPLE_DATETIME;
-}
-
 // A text whose decoded characters are the value, or what it is read from, but for padding of one unit.
 bool isUnframedText(const RowPlan& plan, const GroupMemberTableRow& row) {
-    const bool converts = row.iPhysicalType == TEXT_STRING || plan.convertedRow != nullptr;
+    const bool converts = row.iPhysicalType == TEXT_STRING || plan.textValue.row != nullptr;
     return isUnframed(plan, row, ITEM_SIMPLE_ELEMENT) && converts && plan.trim != TRIM_BYTE &&
            plan.padCharacter[1] == 0;
 }
@@ -135,7 +114,7 @@ const UChar* charsOf(const DFDLUString* string) { return string == nullptr ? u""
 
 PlainElement plainElement(const RowPlan& plan, const GroupMemberTableRow& row) {
     const ElementTableRow* element = row.elementRow;
-    const DFDLType type = plan.convertedRow != nullptr
+    const DFDLType type = plan.textValue.row != nullptr
                               ? static_cast<DFDLType>(DFDLType_getTypeFromDFDLSimpleType(row.simpleTypeKind))
                               : plan.plainMember.number.type;
     return {charsOf(element->name), charsOf(element->namespace_), charsOf(row.scdText),
@@ -145,7 +124,7 @@ PlainElement plainElement(const RowPlan& plan, const GroupMemberTableRow& row) {
 }  // namespace
 
 void RowPlan_planShortRoads(RowPlan* this_, const GroupMemberTableRow& row) {
-    if (isPlainNumber(row) || isPlainCalendar(row)) this_->convertedRow = &row;
+    this_->textValue = PlainTextValue_of(row);
     planMember(this_, row);
     this_->isPlainField = plainFieldKind(*this_, row);
     this_->emptyField = isNilIfEmpty(*this_, row) ? EMPTY_IS_NIL

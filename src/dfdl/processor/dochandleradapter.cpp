@@ -3,8 +3,8 @@
 #include <bit>
 #include <charconv>
 
-#include "dfdl/converters/calendarfields.h"
 #include "dfdl/converters/dfdlcalendar.h"
+#include "dfdl/converters/packedcalendar.h"
 #include "dfdl/foundation/dfdlbufferfactory.h"
 #include "dfdl/foundation/dfdldecimal.h"
 #include "dfdl/foundation/dfdlpoolingfactory.h"
@@ -148,21 +148,18 @@ void givePlainDecimal(DFDLDocHandlerImpl* handler, int64_t word, int32_t places)
     handler->elementDecimalValue(handler, first, static_cast<int32_t>(end - first), DFDL_VALUE_DECIMAL);
 }
 
-void givePlainCalendar(DocHandlerAdapter* adapter, DFDLValue* value, int64_t word) {
+void givePlainCalendar(DFDLDocHandlerImpl* handler, int64_t word, uint32_t type) {
+    if (handler->elementCalendarValue == nullptr) return;
+    const CalendarFields fields = PackedCalendar_fields(word);
     DFDLCalendarImpl calendar{};
-    const CalendarFields fields = CalendarFields_unpack(word);
     CalendarFields_fillCalendar(&fields, &calendar);
-    value->u.calendar.calendar = &calendar;
-    give(adapter, value);
+    handler->elementCalendarValue(handler, &calendar, type);
 }
 
-void givePlain(DocHandlerAdapter* adapter, const PlainElement* plan, PlainValue plain) {
-    const int64_t word = plain.word;
+void givePlainWord(DocHandlerAdapter* adapter, DFDLType type, int64_t word) {
     DFDLValue value{};
-    value.schemaType = plan->valueType;
-    switch (plan->valueType) {
-        case TYPE_DECIMAL:
-            return givePlainDecimal(adapter->docHandler, word, plain.places);
+    value.schemaType = type;
+    switch (type) {
         case TYPE_FLOAT:
             value.u.floatValue = std::bit_cast<float>(static_cast<uint32_t>(word));
             break;
@@ -172,15 +169,27 @@ void givePlain(DocHandlerAdapter* adapter, const PlainElement* plan, PlainValue 
         case TYPE_BOOLEAN:
             value.u.boolean = static_cast<int32_t>(word);
             break;
-        case TYPE_DATE:
-        case TYPE_TIME:
-        case TYPE_DATETIME:
-            return givePlainCalendar(adapter, &value, word);
         default:
             value.u.signedQ = word;
             break;
     }
     give(adapter, &value);
+}
+
+void givePlain(DocHandlerAdapter* adapter, const PlainElement* plan, PlainValue plain) {
+    const int64_t word = plain.word;
+    switch (plan->valueType) {
+        case TYPE_DATE:
+            return givePlainCalendar(adapter->docHandler, word, DFDL_VALUE_DATE);
+        case TYPE_TIME:
+            return givePlainCalendar(adapter->docHandler, word, DFDL_VALUE_TIME);
+        case TYPE_DATETIME:
+            return givePlainCalendar(adapter->docHandler, word, DFDL_VALUE_DATETIME);
+        case TYPE_DECIMAL:
+            return givePlainDecimal(adapter->docHandler, word, plain.places);
+        default:
+            return givePlainWord(adapter, plan->valueType, word);
+    }
 }
 
 }  // namespace
