@@ -15,6 +15,8 @@
 #include "dfdl/foundation/dfdlbufferfactory.h"
 #include "dfdl/foundation/dfdldecimal.h"
 #include "dfdl/foundation/dfdltype.h"
+#include "dfdl/foundation/dfdlustring.h"
+#include "dfdl/foundation/guard.h"
 #include "dfdl/pif/binarynumbertable.h"
 #include "support/bufferrig.h"
 
@@ -89,6 +91,15 @@ struct NumberRig {
         return BinaryNumberConverter_createDecimalFromBinary(&field, number) ? decimalText()
                                                                              : rig.takeError();
     }
+    std::string readText(const BinaryField& field) {
+        using Text = Owned<DFDLUString, delete_DFDLUString>;
+        const Text text(BinaryNumberConverter_createStringIntegerFromBinary(&field, rig.heap));
+        const std::string error = rig.takeError();
+        if (!error.empty()) return error;
+        if (text.get() == nullptr) return "none";
+        const std::u16string_view units = DFDLUString_view(text.get());
+        return units.empty() ? "empty" : std::string(units.begin(), units.end());
+    }
     std::string readBig(const BinaryField& field) {
         DFDLDecimal_setSignedQValue(number, 777);
         int64_t word = 0;
@@ -121,6 +132,10 @@ TEST(BinaryNumbers, AsPythonReadsThem) {
         ASSERT_TRUE(c.read(line)) << line;
         const BinaryField field = rig.field(c);
         ++count;
+        if (c.simpleType == SIMPLE_DATETIME) {
+            EXPECT_EQ(rig.readText(field), c.expected) << line;
+            continue;
+        }
         if (c.simpleType == SIMPLE_DECIMAL) {
             EXPECT_EQ(rig.readDecimal(field), c.expected) << line;
             continue;

@@ -3,7 +3,7 @@
 Run as: python3 tests/converters/binarynumbers.py > tests/converters/binarynumbers.txt
 
 A line: representation, byte order, check policy, sign codes, virtual point, simple type, the bytes in
-hexadecimal, "=", the number or the error. A simple type of 8 is read as a decimal, others as integers. The
+hexadecimal, "=", the number or the error. A simple type of 8 is read as a decimal, of 5 as text, others as integers. The
 draw is seeded: the same program writes the same lines.
 """
 import random
@@ -13,6 +13,7 @@ random.seed(61)
 getcontext().prec = 60
 CODES = ["CDFC", "CDF0", "ADC0", "CDCC", "FFFF"]
 INTEGER, LONG, INT, UNSIGNED_LONG, UNSIGNED_INT, NON_NEGATIVE, DECIMAL = 9, 10, 11, 14, 15, 18, 8
+TEXT = 5
 
 
 def line(representation, order, data, result, policy="strict", codes="CDFC", point=0, simple_type=INTEGER):
@@ -229,6 +230,32 @@ def decimals():
         line(representation, "big", bytes(18), "CTDP3150E item 36 34", simple_type=DECIMAL)
 
 
+def texts():
+    """The digits as they stand, "-" in front of negative ones. A bad half byte in front is shown by the other one."""
+    for order in "big", "little":
+        for length in 1, 2, 9, 10, 30:
+            digits = "".join(random.choice("0123456789") for _ in range(2 * length))
+            for representation in "bcd", "zov4690":
+                line(representation, order, in_order(order, bytes.fromhex(digits)), digits, simple_type=TEXT)
+            for leading in range(0, 256, 3 if length == 2 else 37):
+                field = in_order(order, bytes([leading]) + bytes.fromhex(digits[2:]))
+                kept, other = leading_4690(leading)
+                result = ("-" if other == -1 else "") + (kept or "") + digits[2:]
+                if kept is None:
+                    nibble, place = other
+                    place += 2 * (length - 1) if order == "little" else 0
+                    shown = f"{leading:02X}"[1]
+                    result = f"CTDP3083E item {field.hex().upper()} zov4690packed {shown} {place}"
+                line("zov4690", order, field, result or "empty", simple_type=TEXT)
+        for at in range(4):
+            field = in_order(order, bytes.fromhex("1234"[:at] + "E" + "1234"[at + 1:]))
+            where = at + 1 if order == "big" else [3, 4, 1, 2][at]
+            line("bcd", order, field, f"CTDP3083E item {field.hex().upper()} bcd E {where}", simple_type=TEXT)
+    for representation in "packed", "binary":
+        line(representation, "big", b"\x12\x3C", "none", simple_type=TEXT)
+    line("bcd", "big", b"", "empty", simple_type=TEXT)
+
+
 integers()
 long_integers()
 packed_signs()
@@ -238,3 +265,4 @@ digits_of_all_lengths()
 decimals()
 many_digits()
 long_decimals()
+texts()
