@@ -11,6 +11,7 @@
 
 #include "support/grammarbuilder.h"
 #include "support/manyrecords.h"
+#include "support/parserrun.h"
 #include "support/testheap.h"
 
 namespace {
@@ -212,17 +213,32 @@ TEST(ParserStream, DoesNotTakeManyOccurrencesForEndlessOnes) {
     delete_DFDLGrammar(grammar);
 }
 
-TEST(ParserStream, SharesAGrammarBetweenThreads) {
-    constexpr int32_t RECORDS = 50;
-    DFDLGrammar* grammar = streamGrammar(RECORDS);
-    std::string data;
-    for (int32_t i = 0; i < RECORDS; ++i) data += std::string(90, 'x');
-    std::vector<int64_t> units(4);
+// Several threads read with one grammar what one has read before.
+void shareBetweenThreads(DFDLGrammar* grammar, const std::string& data) {
+    const std::string expected = runParser(grammar, u"file", data).outline();
+    EXPECT_GT(expected.size(), data.size() / 4) << "the data are read";
+    std::vector<std::string> outlines(4);
     std::vector<std::thread> threads;
-    for (int64_t& count : units) threads.emplace_back([&] { parse(grammar, data, 20, &count); });
+    for (std::string& outline : outlines) {
+        threads.emplace_back([&] { outline = runParser(grammar, u"file", data).outline(); });
+    }
     for (std::thread& thread : threads) thread.join();
-    for (const int64_t count : units) EXPECT_EQ(20 * RECORDS * 90, count);
+    for (const std::string& outline : outlines) EXPECT_EQ(outline, expected);
     delete_DFDLGrammar(grammar);
+}
+
+TEST(ParserStream, SharesAGrammarBetweenThreads) {
+    constexpr int32_t RECORDS = 5;
+    const auto repeated = [](const std::string& record) {
+        std::string data;
+        for (int32_t i = 0; i < RECORDS; ++i) data += record;
+        return data;
+    };
+    shareBetweenThreads(streamGrammar(RECORDS), repeated(std::string(90, 'x')));
+    for (const ManyRecords& format : manyRecords()) {
+        SCOPED_TRACE(format.name);
+        shareBetweenThreads(format.grammar(nullptr), repeated(format.record));
+    }
 }
 
 }  // namespace
