@@ -220,8 +220,8 @@ uint64_t readBack(BufferRig& rig, const std::string& stream, int offset, int bit
 uint64_t draw(std::mt19937_64& random, int bits, ByteOrderEnum order) {
     const uint64_t mask = ~uint64_t{0} >> (64 - bits);
     const bool isHollow = order == BYTEOR_LITTLE_ENDIAN && bits > 16 && bits % 8 != 0;
-    const uint64_t outer = 0xFF | ~uint64_t{0} << (bits - bits % 8);
-    return random() & mask & (isHollow ? outer : mask);
+    if (!isHollow) return random() & mask;
+    return random() & mask & (0xFF | ~uint64_t{0} << (bits - bits % 8));
 }
 
 TEST(BinaryBytes, BitsComeBackAtEveryOffsetAndLength) {
