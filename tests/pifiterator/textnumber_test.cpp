@@ -45,6 +45,12 @@ const std::map<std::string, Setting> SETTINGS = {
     {"zero", [](GrammarHandle n, const std::string& words) { n.numberRow().set_inumberzerorep(words); }},
     {"virtual",
      [](GrammarHandle n, const std::string& at) { n.numberRow().set_ivirtualdecimalindex(std::stoi(at)); }},
+    {"boundary", [](GrammarHandle n,
+                    const std::string& at) { n.numberRow().set_isubpatternboudaryindex(std::stoi(at)); }},
+    {"negative",
+     [](GrammarHandle n, const std::string& at) {
+         n.numberRow().set_inegativevirtualdecimalindex(std::stoi(at));
+     }},
     {"lax", [](GrammarHandle n,
                const std::string&) { n.numberRow().set_inumbercheckpolicy(Enums::NUMBER_CHECKPOLICY_LAX); }},
     {"unsigned", [](GrammarHandle n, const std::string&) { n.numberRow().set_idecimalsigned(false); }},
@@ -265,6 +271,10 @@ const Complaint COMPLAINTS[] = {
     {"DOUBLE", "#0.0E0", "exponent=|exponentexpression", "1",
      "CTDP3900E: /r/n: the grammar uses exponent characters given by an expression, which this version of "
      "the library cannot parse."},
+    {"DECIMAL", "0V0", "virtual=3", "1",
+     "CTDP3016E: Element n: the grammar has no usable number format for its text."},
+    {"DECIMAL", "0V0;(0V0)", "virtual=1|boundary=9|negative=2", "1",
+     "CTDP3016E: Element n: the grammar has no usable number format for its text."},
     {"INT", "#0", "zero=%nonsense;", "1",
      "CTDV1438E: n: the value '%nonsense;' of the property textNumberZeroRep holds a character entity that "
      "is not known or not complete."},

@@ -102,6 +102,7 @@ def integers():
     rows("INT", "PP###", "-", [("123", OUT_OF_RANGE), ("0", 0)])
     rows("INT", "#0", "zero=none nil", [("none", 0), ("nil", 0), ("None", INCOMPLETE), ("0", 0)])
     rows("INT", "#0", "zero=none|nocase", [("None", 0)])
+    rows("INT", "#0", "zero=Z", [("Z", 0), ("0", 0), ("1Z", 10), ("-Z5", -5), ("z", 0)])
     rows("INT", "#0", "base=16", [("zz", INCOMPLETE), ("fe", 254), ("1 ", INCOMPLETE), ("+1", INCOMPLETE), ("-fE", -254)])
     rows("INT", "#0", "base=8", [("17", 15), ("18", INCOMPLETE)])
     rows("INT", "#0", "base=2", [("-101", -5), ("2", INCOMPLETE)])
@@ -132,6 +133,10 @@ def decimals():
     rows("DECIMAL", "#,##0.00", "-", [
         ("1,234.50", "1234.5"), ("-0.00", 0), ("1.2.3", INCOMPLETE), ("1,2345.00", INCOMPLETE), (".5", "0.5"), ("5.", 5),
         ("abc", INCOMPLETE), ("1.5E3", INCOMPLETE)])
+    rows("DECIMAL", "000V00;(000V00)", "virtual=3|boundary=6|negative=4", [
+        ("12345", "123.45"), ("(12345)", "-123.45"), ("(1)", "-0.01"), ("-1", INCOMPLETE)])
+    rows("DECIMAL", "#V00;-#V00", "virtual=1|boundary=4|negative=2", [("123", "1.23"), ("-123", "-1.23")])
+    rows("DECIMAL", "PP##;-PP##", "-", [("12", "0.0012"), ("-12", "-0.0012")])
     rows("DECIMAL", "#0.0", "unsigned", [("-1.5", NEGATIVE), ("1.5", "1.5")])
     rows("DECIMAL", "#0.0", "infinity=INF|nan=NaN", [("INF", NO_CONVERSION), ("NaN", NO_CONVERSION), ("inf", INCOMPLETE)])
     rows("DECIMAL", "#0.0", "zero=zero", [("zero", 0), ("0.0", 0)])

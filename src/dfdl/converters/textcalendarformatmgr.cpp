@@ -39,15 +39,24 @@ UCalendar* addCalendar(TextCalendarFormatEntry* entry, const DFDLUString* zone) 
 TextCalendarFormatMgr* new_TextCalendarFormatMgr(DFDLHeapAdapter* heap) {
     Owned<TextCalendarFormatMgr, delete_TextCalendarFormatMgr> this_(
         DFDLHeapAdapter_new<TextCalendarFormatMgr>(heap));
-    this_->entries = new_ArrayListOfPointers(heap, FIRST_CAPACITY);
+    TextCalendarFormatMgr_ctor(this_.get(), heap);
     return this_.release();
 }
 
 void delete_TextCalendarFormatMgr(TextCalendarFormatMgr* this_) {
     if (this_ == nullptr) return;
+    TextCalendarFormatMgr_dtor(this_);
+    DFDLHeapAdapter_objectDeallocate(this_->heap, this_);
+}
+
+void TextCalendarFormatMgr_ctor(TextCalendarFormatMgr* this_, DFDLHeapAdapter* heap) {
+    this_->heap = heap;
+    this_->entries = new_ArrayListOfPointers(heap, FIRST_CAPACITY);
+}
+
+void TextCalendarFormatMgr_dtor(TextCalendarFormatMgr* this_) {
     if (this_->entries != nullptr) TextCalendarFormatMgr_reset(this_);
     delete_ArrayList(this_->entries);
-    DFDLHeapAdapter_objectDeallocate(this_->heap, this_);
 }
 
 void TextCalendarFormatMgr_reset(TextCalendarFormatMgr* this_) {

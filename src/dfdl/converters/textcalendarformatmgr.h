@@ -48,6 +48,8 @@ struct TextCalendarFormatMgr {
 
 TextCalendarFormatMgr* new_TextCalendarFormatMgr(DFDLHeapAdapter* heap);
 void delete_TextCalendarFormatMgr(TextCalendarFormatMgr* this_);  // null is ignored
+void TextCalendarFormatMgr_ctor(TextCalendarFormatMgr* this_, DFDLHeapAdapter* heap);
+void TextCalendarFormatMgr_dtor(TextCalendarFormatMgr* this_);
 void TextCalendarFormatMgr_reset(TextCalendarFormatMgr* this_);
 // Null if nothing was made.
 TextCalendarFormatEntry* TextCalendarFormatMgr_getEntry(const TextCalendarFormatMgr* this_, int32_t rowIndex);
