@@ -7,6 +7,7 @@
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
+#include <mutex>
 
 #include "dfdl/converters/calendarconverter.h"
 #include "dfdl/converters/textcalendarformatmgr.h"
@@ -64,10 +65,19 @@ DFDLUString* zoneOf(const CalendarFormatTableRow* row, DFDLHeapAdapter* heap) {
     return DFDLUString_replaceAll(row->iCalendarTimeZone, utc.get(), gmt.get(), heap);
 }
 
+// ICU looks for the system's zone with a buffer that all threads share: one of them at a time. The first one
+// lets ICU have its default zone, lest it looks by itself meanwhile.
+icu::TimeZone* findSystemZone() {
+    static std::mutex mutex;
+    const std::lock_guard<std::mutex> lock(mutex);
+    delete icu::TimeZone::createDefault();
+    return icu::TimeZone::detectHostTimeZone();
+}
+
 // For the whole process: what is opened without a zone is in this one from now on.
 void setDefaultZone(const CalendarFormatTableRow* row, const DFDLUString* zone, UErrorCode* status) {
     if (DFDLUString_length(row->iCalendarTimeZone) == 0) {
-        return icu::TimeZone::adoptDefault(icu::TimeZone::detectHostTimeZone());
+        return icu::TimeZone::adoptDefault(findSystemZone());
     }
     ucal_setDefaultTimeZone(zone->chars, status);
 }
