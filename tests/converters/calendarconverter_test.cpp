@@ -8,6 +8,7 @@
 #include "dfdl/converters/dfdlcalendar.h"
 #include "dfdl/converters/textcalendarformatmgr.h"
 #include "dfdl/foundation/arraylist.h"
+#include "dfdl/foundation/dfdlicu.h"
 #include "dfdl/foundation/dfdlustring.h"
 #include "dfdl/foundation/guard.h"
 #include "dfdl/pif/calendarformattable.h"
@@ -81,11 +82,14 @@ TEST_F(LentCalendars, areInTheOrderOfTheirMoments) {
         EXPECT_EQ(CalendarConverter_CompareTo(b.get(), a.get()), -one.order) << &one - cases;
     }
     const OwnedUCalendar good(DfdlCalendarImpl_getUCalendar(cases[0].a.get(), &status));
+    EXPECT_EQ(dfdl_getTimeInMillis(good.get(), &status), 1795437000000.0) << "2026-11-23T12:30Z";
     const OwnedUCalendar wrong(ucal_clone(good.get(), &status));
     ucal_setAttribute(wrong.get(), UCAL_LENIENT, 0);
     ucal_set(wrong.get(), UCAL_MONTH, 13);
     EXPECT_EQ(CalendarConverter_CompareTo(good.get(), wrong.get()), CALENDARS_INCOMPARABLE);
     EXPECT_EQ(CalendarConverter_CompareTo(wrong.get(), good.get()), CALENDARS_INCOMPARABLE);
+    EXPECT_EQ(dfdl_getTimeInMillis(wrong.get(), &status), 0.0);
+    EXPECT_TRUE(U_FAILURE(status));
 }
 
 struct FormatCase {

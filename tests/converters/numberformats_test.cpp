@@ -175,10 +175,20 @@ struct Case {
     const char* text;  // or the error
 };
 
+constexpr char NINETY_NINE[] =
+    "100000000000000000000000000000000000000000000000000000000000000000000000000000000000000000000000000";
+
 const Case CASES[] = {
     {"words for numbers without end are not the row's", "0.0", "infinity=oo|nan=none", "double", "inf", "oo"},
     {"one of them loses its sign", "0.0", "infinity=oo|nan=none", "double", "-inf", "-oo"},
     {"words for what is no number are not the row's", "0.0", "infinity=oo|nan=none", "double", "nan", "none"},
+    {"a decimal has other words", "0.0", "infinity=oo|nan=none", "decimal", "-Infinity", "-oo"},
+    {"a decimal that is none is written as a number", "0.0", "nan=none", "decimal", "NaN", "none"},
+    {"a text that is no decimal is written", "0.0", "-", "decimal", "1.2.3", "U_DECIMAL_NUMBER_SYNTAX_ERROR"},
+    {"digits are lost behind those of a decimal128", "0.###", "-", "decimal",
+     "1234567890123456789012345678901234567890.125", "1234567890123456789012345678901234567890.125"},
+    {"a text is cut where the buffer ends", "0", "-", "decimal", "1E+100", "U_BUFFER_OVERFLOW_ERROR"},
+    {"a text that fills the buffer is refused", "0", "-", "decimal", "1E+98", NINETY_NINE},
     {"entities are left in words", "0", "nan=a%SP;%WSP+;b%WSP*;c", "double", "nan", "a  bc"},
     {"a zero representation is the zero digit", "000", "zero=Z", "integer", "5", "005"},
     {"a separator that is an entity stays one", "#,##0", "grouping=%HT;", "integer", "1234", "1\t234"},
