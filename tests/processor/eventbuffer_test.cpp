@@ -194,6 +194,9 @@ struct Engine : TestAdapter {
         DocHandlerEventBuffer_endElement(to, number + 1);
     }
     void allKinds(DocHandlerEventBuffer* to);
+    // A record of a text and a number.
+    DHRecordMark startRecord(int64_t bit);
+    void record(int64_t bit);
     std::string said() { return std::exchange(log.text, std::string()); }
 };
 
@@ -219,6 +222,25 @@ void Engine::allKinds(DocHandlerEventBuffer* to) {
     DocHandlerEventBuffer_groupEnd(to, designator, 3);
     DocHandlerEventBuffer_endElement(to, 9);
     DocHandlerEventBuffer_elementEnd(to, designator, 4);
+}
+
+constexpr PlainElement PLAIN_RECORD = {u"r", u"", u"~", 5, 6, TYPE_STRING};
+constexpr PlainElement PLAIN_TEXT_ELEMENT = {u"t", u"", u"~", 1, 2, TYPE_STRING};
+constexpr PlainElement PLAIN_NUMBER_ELEMENT = {u"i", u"", u"~", 3, 4, TYPE_INT};
+
+DHRecordMark Engine::startRecord(int64_t bit) {
+    const DHRecordMark mark = DocHandlerEventBuffer_startRecord(buffer, &PLAIN_RECORD, bit);
+    UChar* text = DocHandlerEventBuffer_roomForText(buffer, 2);
+    text[0] = u'x';
+    text[1] = 0;
+    DocHandlerEventBuffer_plainText(buffer, &PLAIN_TEXT_ELEMENT, text, 1, bit, bit + 1);
+    DocHandlerEventBuffer_plainWord(buffer, &PLAIN_NUMBER_ELEMENT, {bit, 0}, bit + 1, bit + 2);
+    return mark;
+}
+
+void Engine::record(int64_t bit) {
+    startRecord(bit);
+    DocHandlerEventBuffer_endRecord(buffer, &PLAIN_RECORD, bit + 2);
 }
 
 const char ALL_HELD[] =
@@ -292,6 +314,47 @@ TEST(EventBuffer, refreshHoldsOnceMore) {
     DocHandlerEventBuffer_flush(engine.buffer);
     EXPECT_EQ(engine.buffer->holdLevel, 0);
     EXPECT_EQ(engine.said(), "<n78~@1 i32:1/6 >2 ");
+}
+
+const char RECORD_AT_4[] = "<r56~@4 <t12~@4 'x'/0 >5 <i34~@5 i32:4/6 >6 >6 ";
+const char RECORD_AT_8[] = "<r56~@8 <t12~@8 'x'/0 >9 <i34~@9 i32:8/6 >10 >10 ";
+
+TEST(EventBuffer, recordsWaitForTheirEnd) {
+    Engine engine;
+    const DHRecordMark dropped = engine.startRecord(4);
+    EXPECT_EQ(engine.said(), "");
+    DocHandlerEventBuffer_dropRecord(engine.buffer, dropped);
+    EXPECT_EQ(engine.buffer->holdLevel, 0);
+    engine.record(4);
+    EXPECT_EQ(engine.said(), RECORD_AT_4) << "nothing else waits";
+    engine.record(8);
+    EXPECT_EQ(engine.said(), RECORD_AT_8) << "once";
+    EXPECT_EQ(DocHandlerEventBuffer_eventCount(engine.buffer), 0);
+}
+
+// A record may begin a run of held elements or go on with one, and be dropped in either.
+TEST(EventBuffer, recordsInAnAttemptWaitForItsEnd) {
+    for (const bool runIsOpen : {false, true}) {
+        Engine engine;
+        DHCheckPoint* attempt = DocHandlerEventBuffer_getCheckPoint(engine.buffer);
+        engine.start(engine.buffer, 0);
+        if (runIsOpen) engine.record(4);
+        const int32_t before = DocHandlerEventBuffer_eventCount(engine.buffer);
+        DocHandlerEventBuffer_dropRecord(engine.buffer, engine.startRecord(1000));
+        EXPECT_EQ(DocHandlerEventBuffer_eventCount(engine.buffer), before);
+        engine.record(8);
+        DocHandlerEventBuffer_endElement(engine.buffer, 20);
+        EXPECT_EQ(engine.said(), "");
+        DocHandlerEventBuffer_releaseCheckPoint(engine.buffer, attempt);
+        EXPECT_EQ(engine.said(),
+                  "<n78~@0 " + std::string(runIsOpen ? RECORD_AT_4 : "") + RECORD_AT_8 + ">20 ");
+
+        attempt = DocHandlerEventBuffer_getCheckPoint(engine.buffer);
+        engine.record(1000);
+        DocHandlerEventBuffer_restoreToCheckPoint(engine.buffer, attempt);
+        DocHandlerEventBuffer_releaseCheckPoint(engine.buffer, attempt);
+        EXPECT_EQ(engine.said(), "");
+    }
 }
 
 TEST(EventBuffer, proxyHandsOnToABufferThatHolds) {
@@ -560,7 +623,12 @@ TEST(EventBuffer, survivesWhenMemoryRunsOut) {
                                                    makeDecimal<SIMPLE_INTEGER>(engine.adapter));
             }
             engine.allKinds(engine.buffer);
+            engine.record(4);
             DocHandlerEventBuffer_releaseCheckPoint(engine.buffer, checkPoint);
+            for (int64_t number = 0; number < 300; ++number) engine.record(number);
+            engine.startRecord(1000);
+            for (int64_t number = 0; number < 600; ++number)
+                DocHandlerEventBuffer_plainWord(engine.buffer, &PLAIN_NUMBER_ELEMENT, {number, 0}, 0, 0);
         } catch (const AllocationFailure&) {
             failed = true;
         }

@@ -1,7 +1,6 @@
 #ifndef DFDL_PIFITERATOR_PLAINRECORDRUN_H
 #define DFDL_PIFITERATOR_PLAINRECORDRUN_H
 
-#include "dfdl/pif/elementtable.h"
 #include "dfdl/pif/groupmembertable.h"
 #include "dfdl/pifiterator/pifiteratorforparser.h"
 #include "dfdl/pifiterator/plaintextrun.h"
@@ -21,20 +20,16 @@ inline constexpr int32_t SPARED_RECORDS = 15;
 template <class Run, class Content>
 bool PlainRecordRun_take(Run* run, const GroupMemberTableRow* row, const Content& takeContent) {
     DocHandlerEventBuffer* events = run->iterator->eventBuffer;
-    const ElementTableRow* element = row->elementRow;
+    const PlainElement* element = &run->iterator->plans[row->rowIndex].plainElement;
     const Run start = *run;
-    DHCheckPoint* attempt = DocHandlerEventBuffer_getCheckPoint(events);
-    DocHandlerEventBuffer_startElement(events, element->element_id, element->name, element->namespaceId,
-                                       element->namespace_, row->scdText, run->bit());
-    const bool whole = takeContent(run);
-    if (whole) {
-        DocHandlerEventBuffer_endElement(events, run->bit());
-    } else {
-        DocHandlerEventBuffer_restoreToCheckPoint(events, attempt);
-        *run = start;
+    const DHRecordMark mark = DocHandlerEventBuffer_startRecord(events, element, run->bit());
+    if (takeContent(run)) {
+        DocHandlerEventBuffer_endRecord(events, element, run->bit());
+        return true;
     }
-    DocHandlerEventBuffer_releaseCheckPoint(events, attempt);
-    return whole;
+    DocHandlerEventBuffer_dropRecord(events, mark);
+    *run = start;
+    return false;
 }
 
 // Takes as many records as there may be; how many.

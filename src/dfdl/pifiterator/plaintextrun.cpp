@@ -88,7 +88,7 @@ bool readValue(PIFIteratorForParser* iterator, const RowPlan& plan, DFDLCharset*
 }
 
 bool deliverValue(PIFIteratorForParser* iterator, const RowPlan& plan, DFDLCharset* charset,
-                  const PlainBytes& bytes, BitRange place) {
+                  const PlainBytes& bytes, const BitRange& place) {
     PlainValue value{};
     if (!readValue(iterator, plan, charset, bytes, &value)) return false;
     DocHandlerEventBuffer_plainWord(iterator->eventBuffer, &plan.plainElement, value, place.start, place.end);
@@ -118,7 +118,7 @@ UChar* PlainTextRun_target(PIFIteratorForParser* iterator, int64_t units) {
 }
 
 bool PlainTextRun_deliver(PIFIteratorForParser* iterator, const RowPlan& plan, DFDLCharset* charset,
-                          const PlainBytes& bytes, BitRange place) {
+                          const PlainBytes& bytes, const BitRange& place) {
     if (bytes.count > MOST_PLAIN_TEXT) return false;
     if (plan.textValue.row != nullptr) return deliverValue(iterator, plan, charset, bytes, place);
     UChar* target = PlainTextRun_target(iterator, bytes.count);

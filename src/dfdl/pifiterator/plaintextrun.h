@@ -41,7 +41,7 @@ UChar* PlainTextRun_target(PIFIteratorForParser* iterator, int64_t units);
 // Decodes the bytes, trims the text and delivers the element. False, with nothing done, if they need a
 // converter or are more than the short roads take.
 bool PlainTextRun_deliver(PIFIteratorForParser* iterator, const RowPlan& plan, DFDLCharset* charset,
-                          const PlainBytes& bytes, BitRange place);
+                          const PlainBytes& bytes, const BitRange& place);
 
 // Leaves the walk before a member. `moved`: the short road has taken others before it.
 void PlainTextRun_resumeAt(PIFIteratorForParser* iterator, ContextItemForParser* group,

@@ -68,7 +68,7 @@ struct RowPlan {
     int32_t compiledSetId;
     UnorderedMembers* spareMembers;  // of closed unordered groups
     PlainMember plainMember;
-    PlainElement plainElement;  // of a plain member or field
+    PlainElement plainElement;  // of a plain member, field or record
     PlainTextValue textValue;   // of one that is a number or calendar
     // Of a complex element that is a sequence of plain members and nothing else, or one of plain fields with
     // a terminator: the first of them.

@@ -150,6 +150,7 @@ void RowPlan_planRecord(RowPlan* this_, const GroupMemberTableRow& row, const Ro
     const GroupMemberTableRow* member = first;
     while (member != nullptr && isPlain(plans[member->rowIndex])) member = member->nextSibling;
     if (member != nullptr) return;
+    this_->plainElement = plainElement(*this_, row);
     this_->recordMembers = first;
     this_->recordModel = terminated ? model : nullptr;
 }

@@ -32,10 +32,18 @@ void giveBack(DFDLValue* value) { DFDLPoolingFactory_releaseDFDLValue(value->hea
 using Value = Owned<DFDLValue, giveBack>;
 using Error = Owned<ProcessingError, delete_ProcessingError>;
 
-// How many texts an open run has is written down when it ends.
+void forgetLoneRecord(Buffer* buffer) {
+    buffer->recordIsAlone = 0;
+    buffer->plainElementCount = 0;
+    buffer->textUnits = 0;
+}
+
+// How many texts an open run has is written down when it ends. A record that is alone is forgotten: it has
+// been given, or a parse was given up.
 void closeRun(Buffer* buffer) {
     if (buffer->runIsOpen == 0) return;
     buffer->runIsOpen = 0;
+    if (buffer->recordIsAlone != 0) return forgetLoneRecord(buffer);
     CachedEvent* run = eventAt(buffer, buffer->events->count - 1);
     run->second = buffer->plainElementCount - run->first;
 }
@@ -114,18 +122,24 @@ void deliverToRegionHandler(DocHandlerAdapter* adapter, const CachedEvent& event
     deliverBoundary(adapter, event, encoding);
 }
 
-// The texts that belong to the event: up to the next run's, or to the end.
-void deliverPlainElements(const Buffer* buffer, const CachedEvent& event) {
-    const HeldPlainElement* end = buffer->plainElements + event.first + event.second;
-    for (const HeldPlainElement* held = buffer->plainElements + event.first; held < end; ++held) {
-        if (held->length == WORD_ELEMENT) {
-            DocHandlerAdapter_plainWord(buffer->adapter, held->plan, {held->word, held->places},
-                                        held->startBit, held->endBit);
-        } else {
-            DocHandlerAdapter_plainText(buffer->adapter, held->plan, buffer->texts + held->textStart,
-                                        held->length, held->startBit, held->endBit);
-        }
+void deliverPlainElement(const Buffer* buffer, const HeldPlainElement& held) {
+    DocHandlerAdapter* adapter = buffer->adapter;
+    if (held.length >= NIL_ELEMENT) {
+        DocHandlerAdapter_plainText(adapter, held.plan, buffer->texts + held.textStart, held.length,
+                                    held.startBit, held.endBit);
+    } else if (held.length == WORD_ELEMENT) {
+        DocHandlerAdapter_plainWord(adapter, held.plan, {held.word, held.places}, held.startBit, held.endBit);
+    } else if (held.length == RECORD_START) {
+        DocHandlerAdapter_startPlain(adapter, held.plan, held.startBit);
+    } else {
+        DocHandlerAdapter_endElement(adapter, held.endBit);
     }
+}
+
+void deliverPlainElements(const Buffer* buffer, int64_t first, int64_t count) {
+    const HeldPlainElement* const start = buffer->plainElements + first;
+    for (const HeldPlainElement* held = start; held < start + count; ++held)
+        deliverPlainElement(buffer, *held);
 }
 
 void deliverError(DocHandlerAdapter* adapter, ProcessingError* error) {
@@ -168,7 +182,7 @@ void handOn(Buffer* next, CachedEvent* event) {
 // One event out of a buffer that need not hold it any more.
 void pass(Buffer* buffer, CachedEvent* event) {
     if (event->kind == EVENT_PLAIN_ELEMENTS) {
-        deliverPlainElements(buffer, *event);
+        deliverPlainElements(buffer, event->first, event->second);
     } else if (buffer->adapter != nullptr) {
         deliver(buffer->adapter, event);
     } else if (buffer->chainedBuffer != nullptr) {
@@ -296,6 +310,32 @@ void DocHandlerEventBuffer_openRun(DocHandlerEventBuffer* this_) {
     run->first = this_->plainElementCount;
     run->second = -1;
     this_->runIsOpen = 1;
+}
+
+DHRecordMark DocHandlerEventBuffer_startRecord(DocHandlerEventBuffer* this_, const PlainElement* plan,
+                                               int64_t startBit) {
+    const DHRecordMark mark{this_->plainElementCount, this_->textUnits, this_->events->count};
+    if (!holds(this_)) this_->runIsOpen = this_->recordIsAlone = 1;
+    ++this_->holdLevel;
+    *DocHandlerEventBuffer_newPlain(this_) = {plan, startBit, startBit, this_->textUnits, 0, RECORD_START, 0};
+    return mark;
+}
+
+void DocHandlerEventBuffer_endRecord(DocHandlerEventBuffer* this_, const PlainElement* plan, int64_t endBit) {
+    *DocHandlerEventBuffer_newPlain(this_) = {plan, endBit, endBit, this_->textUnits, 0, RECORD_END, 0};
+    --this_->holdLevel;
+    if (this_->recordIsAlone == 0) return;
+    const ScopeExit forget([this_] { closeRun(this_); });
+    deliverPlainElements(this_, 0, this_->plainElementCount);
+}
+
+void DocHandlerEventBuffer_dropRecord(DocHandlerEventBuffer* this_, const DHRecordMark& mark) {
+    --this_->holdLevel;
+    if (this_->recordIsAlone != 0) return closeRun(this_);
+    // The run may have begun with the record.
+    if (this_->events->count > mark.events) DocHandlerEventBuffer_discardEventsAfterIndex(this_, mark.events);
+    this_->plainElementCount = mark.elements;
+    this_->textUnits = mark.textUnits;
 }
 
 void DocHandlerEventBuffer_recoverableError(DocHandlerEventBuffer* this_, const ProcessingError* record) {

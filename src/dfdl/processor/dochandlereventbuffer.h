@@ -30,7 +30,8 @@ struct DocHandlerEventBuffer {
     UChar* texts;  // one behind the other, each with a zero
     int64_t textUnits;
     int64_t textCapacity;
-    uint32_t runIsOpen;  // the last event is a run that may grow
+    uint32_t runIsOpen;      // the last event is a run that may grow
+    uint32_t recordIsAlone;  // all that waits is one record, the open run, for which no event stands
 };
 
 DocHandlerEventBuffer* new_DocHandlerEventBuffer(DFDLHeapAdapter* heap);
@@ -90,18 +91,22 @@ inline UChar* DocHandlerEventBuffer_roomForText(DocHandlerEventBuffer* this_, in
     return this_->texts + this_->textUnits;
 }
 void DocHandlerEventBuffer_openRun(DocHandlerEventBuffer* this_);  // or lets the open one grow
+// Filled by the caller, in place.
+inline HeldPlainElement* DocHandlerEventBuffer_newPlain(DocHandlerEventBuffer* this_) {
+    if (this_->runIsOpen == 0 || this_->plainElementCount == this_->plainElementCapacity)
+        DocHandlerEventBuffer_openRun(this_);
+    return &this_->plainElements[this_->plainElementCount++];
+}
 inline bool DocHandlerEventBuffer_holds(const DocHandlerEventBuffer* this_) { return this_->holdLevel > 0; }
 inline void DocHandlerEventBuffer_holdPlainText(DocHandlerEventBuffer* this_, const PlainElement* plan,
                                                 const UChar* chars, int32_t length, int64_t startBit,
                                                 int64_t endBit) {
-    if (this_->runIsOpen == 0 || this_->plainElementCount == this_->plainElementCapacity)
-        DocHandlerEventBuffer_openRun(this_);
     int64_t textStart = this_->textUnits;
     if (length != NIL_ELEMENT) {
         textStart = chars - this_->texts;
         this_->textUnits = textStart + length + 1;
     }
-    this_->plainElements[this_->plainElementCount++] = {plan, startBit, endBit, textStart, 0, length, 0};
+    *DocHandlerEventBuffer_newPlain(this_) = {plan, startBit, endBit, textStart, 0, length, 0};
 }
 inline void DocHandlerEventBuffer_plainText(DocHandlerEventBuffer* this_, const PlainElement* plan,
                                             const UChar* chars, int32_t length, int64_t startBit,
@@ -117,11 +122,24 @@ inline void DocHandlerEventBuffer_plainWord(DocHandlerEventBuffer* this_, const 
                                             PlainValue value, int64_t startBit, int64_t endBit) {
     if (!DocHandlerEventBuffer_holds(this_))
         return DocHandlerAdapter_plainWord(this_->adapter, plan, value, startBit, endBit);
-    if (this_->runIsOpen == 0 || this_->plainElementCount == this_->plainElementCapacity)
-        DocHandlerEventBuffer_openRun(this_);
-    this_->plainElements[this_->plainElementCount++] = {
-        plan, startBit, endBit, this_->textUnits, value.word, WORD_ELEMENT, value.places};
+    *DocHandlerEventBuffer_newPlain(this_) = {plan,       startBit,     endBit,      this_->textUnits,
+                                              value.word, WORD_ELEMENT, value.places};
 }
+
+// A record is a complex element with nothing but plain elements in it, which waits until the whole of it has
+// been found. It takes no check point: where nothing else waits, it goes from the run to the handler without
+// an event of the list. Root buffers only; one at a time.
+struct DHRecordMark {
+    int64_t elements;
+    int64_t textUnits;
+    int32_t events;
+};
+DHRecordMark DocHandlerEventBuffer_startRecord(DocHandlerEventBuffer* this_, const PlainElement* plan,
+                                               int64_t startBit);
+void DocHandlerEventBuffer_endRecord(DocHandlerEventBuffer* this_, const PlainElement* plan, int64_t endBit);
+// As if it had not been started.
+void DocHandlerEventBuffer_dropRecord(DocHandlerEventBuffer* this_, const DHRecordMark& mark);
+
 inline void DocHandlerEventBuffer_elementNilValue(DocHandlerEventBuffer* this_) {
     if (DocHandlerEventBuffer_isDirect(this_)) {
         DocHandlerAdapter_elementNilValue(this_->adapter);

@@ -33,12 +33,14 @@ struct HeldPlainElement {
     int64_t endBit;
     int64_t textStart;  // units; in the buffer's store of texts
     int64_t word;       // of a value that is no text
-    int32_t length;     // units, or one of the two below
+    int32_t length;     // units, or one of those below
     int32_t places;
 };
 
 // In place of the length.
 inline constexpr int32_t NIL_ELEMENT = -1;
 inline constexpr int32_t WORD_ELEMENT = -2;  // the value is in the word
+inline constexpr int32_t RECORD_START = -3;  // of a complex element: no value, and one position
+inline constexpr int32_t RECORD_END = -4;
 
 #endif
