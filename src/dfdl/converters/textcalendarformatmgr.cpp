@@ -1,7 +1,6 @@
 #include "dfdl/converters/textcalendarformatmgr.h"
 
 #include "dfdl/converters/dfdlcalendar.h"
-#include "dfdl/foundation/arraylist.h"
 #include "dfdl/foundation/dfdlustring.h"
 #include "dfdl/foundation/guard.h"
 
@@ -63,12 +62,6 @@ void TextCalendarFormatMgr_reset(TextCalendarFormatMgr* this_) {
     while (!ArrayList_isEmpty(this_->entries)) {
         delete_TextCalendarFormatEntry(ArrayList_popPointer<TextCalendarFormatEntry>(this_->entries));
     }
-}
-
-TextCalendarFormatEntry* TextCalendarFormatMgr_getEntry(const TextCalendarFormatMgr* this_,
-                                                        int32_t rowIndex) {
-    if (rowIndex >= ArrayList_size(this_->entries)) return nullptr;
-    return ArrayList_getPointer<TextCalendarFormatEntry>(this_->entries, rowIndex);
 }
 
 TextCalendarFormatEntry* new_TextCalendarFormatEntry(TextCalendarFormatMgr* manager) {

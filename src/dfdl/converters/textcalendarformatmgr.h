@@ -7,9 +7,9 @@
 #include <string_view>
 
 #include "dfdl/converters/plaincalendar.h"
+#include "dfdl/foundation/arraylist.h"
 #include "dfdl/foundation/dfdlheapadapter.h"
 
-struct ArrayList;
 struct CalendarFormatTableRow;
 struct DFDLCalendarImpl;
 struct DFDLUString;
@@ -52,7 +52,11 @@ void TextCalendarFormatMgr_ctor(TextCalendarFormatMgr* this_, DFDLHeapAdapter* h
 void TextCalendarFormatMgr_dtor(TextCalendarFormatMgr* this_);
 void TextCalendarFormatMgr_reset(TextCalendarFormatMgr* this_);
 // Null if nothing was made.
-TextCalendarFormatEntry* TextCalendarFormatMgr_getEntry(const TextCalendarFormatMgr* this_, int32_t rowIndex);
+inline TextCalendarFormatEntry* TextCalendarFormatMgr_getEntry(const TextCalendarFormatMgr* this_,
+                                                               int32_t rowIndex) {
+    if (rowIndex >= ArrayList_size(this_->entries)) return nullptr;
+    return ArrayList_getPointer<TextCalendarFormatEntry>(this_->entries, rowIndex);
+}
 // Makes and keeps the entry of a row. `pattern` may be null: ICU's default. Sets the default time zone of the
 // process. Null if ICU refuses.
 TextCalendarFormatEntry* TextCalendarFormatMgr_createCalendarFormatEntry(TextCalendarFormatMgr* this_,

@@ -95,20 +95,14 @@ bool deliverValue(PIFIteratorForParser* iterator, const RowPlan& plan, DFDLChars
     return true;
 }
 
-// A byte order mark may stand here.
-bool mayHaveMark(const BufferManager* buffer, DFDLCharset* charset) {
-    return buffer->bomChecked == 0 && DFDLCharset_canHaveBOM(charset);
-}
-
 }  // namespace
 
-DFDLCharset* PlainTextRun_useEncoding(BufferManager* buffer, const RowPlan& plan) {
-    if (buffer->currentEncodingIndex != plan.encodingIndex &&
-        (!BufferManager_initializeEncoderDecoders(buffer, plan.encodingIndex, nullptr) ||
-         buffer->currentEncodingIndex != plan.encodingIndex)) {
+DFDLCharset* PlainTextRun_changeEncoding(BufferManager* buffer, const RowPlan& plan) {
+    if (!BufferManager_initializeEncoderDecoders(buffer, plan.encodingIndex, nullptr) ||
+        buffer->currentEncodingIndex != plan.encodingIndex) {
         return nullptr;
     }
-    return mayHaveMark(buffer, buffer->currentCharset) ? nullptr : buffer->currentCharset;
+    return PlainTextRun_useEncoding(buffer, plan);
 }
 
 UChar* PlainTextRun_target(PIFIteratorForParser* iterator, int64_t units) {

@@ -5,12 +5,13 @@
 
 #include <cstdint>
 
-struct BufferManager;
+#include "dfdl/buffer/buffermanager.h"
+#include "dfdl/pifiterator/rowplan.h"
+
 struct ContextItemForParser;
 struct DFDLCharset;
 struct GroupMemberTableRow;
 struct PIFIteratorForParser;
-struct RowPlan;
 
 // What the short roads share.
 
@@ -33,7 +34,11 @@ struct PlainBytes {
 // Makes the text's encoding the buffer's current one, as the general road does: groups without an encoding of
 // their own count characters in the one that was used last. Null if it cannot be had, or if a byte order mark
 // may still stand here.
-DFDLCharset* PlainTextRun_useEncoding(BufferManager* buffer, const RowPlan& plan);
+DFDLCharset* PlainTextRun_changeEncoding(BufferManager* buffer, const RowPlan& plan);
+inline DFDLCharset* PlainTextRun_useEncoding(BufferManager* buffer, const RowPlan& plan) {
+    if (buffer->currentEncodingIndex != plan.encodingIndex) return PlainTextRun_changeEncoding(buffer, plan);
+    return buffer->canHaveBOM != 0 && buffer->bomChecked == 0 ? nullptr : buffer->currentCharset;
+}
 
 // Where a text of so many units is to be decoded to. There is room for a block of bytes beyond it.
 UChar* PlainTextRun_target(PIFIteratorForParser* iterator, int64_t units);
