@@ -1,6 +1,8 @@
 #include "dfdl/converters/plaintextnumber.h"
 
 #include <algorithm>
+#include <bit>
+#include <cstring>
 
 namespace {
 
@@ -92,6 +94,45 @@ bool read(const PlainTextNumber* plan, Reader<Char> reader, PlainDigits* digits)
     return true;
 }
 
+constexpr size_t WORD_DIGITS = 8;
+
+// The number of up to eight digits, without a branch that depends on how many. A word is loaded, in which
+// they become the last, and added up in pairs, then pairs of pairs, then all. False if there is another
+// character.
+bool foldDigits(const uint8_t* text, size_t count, uint64_t* number) {
+    constexpr uint64_t ZEROS = 0x3030303030303030;
+    constexpr uint64_t OVER_NINE = 0x7676767676767676;  // sets the highest bit of a byte that is more
+    constexpr uint64_t HIGHEST_BITS = 0x8080808080808080;
+    uint64_t word = 0;
+    std::memcpy(&word, text, sizeof word);
+    word = (word ^ ZEROS) << 8 * (WORD_DIGITS - count);
+    if (((word | (word + OVER_NINE)) & HIGHEST_BITS) != 0) return false;
+    word = (word * 10 + (word >> 8)) & 0x00FF00FF00FF00FF;
+    word = (word * 100 + (word >> 16)) & 0x0000FFFF0000FFFF;
+    *number = (word * 10000 + (word >> 32)) & 0xFFFFFFFF;
+    return true;
+}
+
+// Most numbers: up to 16 digits, perhaps with a minus before them. Words are put together as processors of
+// the one byte order do.
+bool readInteger(const PlainTextNumber* plan, std::span<const uint8_t> text, int64_t loaded,
+                 PlainDigits* digits) {
+    if constexpr (std::endian::native != std::endian::little) return false;
+    const bool isNegative = !text.empty() && text[0] == '-';
+    if (isNegative) text = text.subspan(1);
+    const auto readable = static_cast<size_t>(isNegative ? loaded - 1 : loaded);
+    if (text.empty() || text.size() > 2 * WORD_DIGITS || readable < WORD_DIGITS) return false;
+    if (!plan->isUsable || (plan->wantsPlus && !isNegative)) return false;
+    const size_t rest = text.size() > WORD_DIGITS ? text.size() - WORD_DIGITS : 0;
+    uint64_t high = 0;
+    uint64_t low = 0;
+    if (rest != 0 && !foldDigits(text.data(), rest, &high)) return false;
+    if (!foldDigits(text.data() + rest, text.size() - rest, &low)) return false;
+    const auto word = static_cast<int64_t>(high * 100000000 + low);
+    *digits = {isNegative ? -word : word, 0};
+    return word != 0 || !isNegative;
+}
+
 bool isOneOrNone(std::u16string_view symbol) {
     return symbol.empty() || (symbol.size() == 1 && !isDigit(symbol[0]) && symbol[0] != u'-' &&
                               symbol[0] != u'+' && !U16_IS_SURROGATE(symbol[0]));
@@ -122,8 +163,10 @@ bool PlainTextNumber_read(const PlainTextNumber* this_, std::u16string_view text
     return read(this_, Reader<char16_t>(text.data(), text.size()), digits);
 }
 
-bool PlainTextNumber_read(const PlainTextNumber* this_, std::span<const uint8_t> text, PlainDigits* digits) {
-    return read(this_, Reader<uint8_t>(text.data(), text.size()), digits);
+bool PlainTextNumber_read(const PlainTextNumber* this_, std::span<const uint8_t> text, int64_t loaded,
+                          PlainDigits* digits) {
+    return readInteger(this_, text, loaded, digits) ||
+           read(this_, Reader<uint8_t>(text.data(), text.size()), digits);
 }
 
 bool PlainDigits_toDouble(PlainDigits digits, double* value) {

@@ -33,9 +33,10 @@ struct PlainDigits {
 };
 
 // Both: false if ICU has to be asked, as for a zero with a sign. Bytes are those of an encoding that keeps
-// ASCII.
+// ASCII; up to `loaded` of them may be looked at, be they text or what stands behind it.
 bool PlainTextNumber_read(const PlainTextNumber* this_, std::u16string_view text, PlainDigits* digits);
-bool PlainTextNumber_read(const PlainTextNumber* this_, std::span<const uint8_t> text, PlainDigits* digits);
+bool PlainTextNumber_read(const PlainTextNumber* this_, std::span<const uint8_t> text, int64_t loaded,
+                          PlainDigits* digits);
 // The nearest double. False if it takes more than one division that rounds.
 bool PlainDigits_toDouble(PlainDigits digits, double* value);
 

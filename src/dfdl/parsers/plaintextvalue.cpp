@@ -110,17 +110,40 @@ const TextCalendarFormatEntry* calendarFormat(ParserRegionHandler* handler, cons
     return entry != nullptr ? entry : makeCalendarFormat(handler, plan);
 }
 
+// The two forms of a text.
+struct Units {
+    std::u16string_view text;
+
+    bool readBy(const PlainCalendar* plain, int64_t* word) const {
+        return PlainCalendar_read(plain, text, word);
+    }
+    bool readBy(const PlainTextNumber* plain, PlainDigits* digits) const {
+        return PlainTextNumber_read(plain, text, digits);
+    }
+};
+struct Bytes {
+    std::span<const uint8_t> text;
+    int64_t loaded;
+
+    bool readBy(const PlainCalendar* plain, int64_t* word) const {
+        return PlainCalendar_read(plain, text, word);
+    }
+    bool readBy(const PlainTextNumber* plain, PlainDigits* digits) const {
+        return PlainTextNumber_read(plain, text, loaded, digits);
+    }
+};
+
 template <class Text>
-bool read(const PlainTextValue* plan, ParserRegionHandler* handler, Text text, PlainValue* value) {
+bool read(const PlainTextValue* plan, ParserRegionHandler* handler, const Text& text, PlainValue* value) {
     if (plan->isCalendar) {
         const TextCalendarFormatEntry* format = calendarFormat(handler, plan);
         value->places = 0;
-        return format != nullptr && PlainCalendar_read(&format->plain, text, &value->word);
+        return format != nullptr && text.readBy(&format->plain, &value->word);
     }
     const NumberFormatCacheEntry* format = numberFormat(handler, plan);
     PlainDigits digits{};
-    return format != nullptr && format->virtualDecimalDigits == 0 &&
-           PlainTextNumber_read(&format->plain, text, &digits) && toNumber(digits, plan->row, value);
+    return format != nullptr && format->virtualDecimalDigits == 0 && text.readBy(&format->plain, &digits) &&
+           toNumber(digits, plan->row, value);
 }
 
 }  // namespace
@@ -132,11 +155,11 @@ PlainTextValue PlainTextValue_of(const GroupMemberTableRow& row) {
 }
 
 bool PlainTextValue_readBytes(const PlainTextValue* this_, ParserRegionHandler* handler,
-                              std::span<const uint8_t> text, PlainValue* value) {
-    return read(this_, handler, text, value);
+                              std::span<const uint8_t> text, int64_t loaded, PlainValue* value) {
+    return read(this_, handler, Bytes{text, loaded}, value);
 }
 
 bool PlainTextValue_read(const PlainTextValue* this_, ParserRegionHandler* handler, std::u16string_view text,
                          PlainValue* value) {
-    return read(this_, handler, text, value);
+    return read(this_, handler, Units{text}, value);
 }

@@ -18,10 +18,11 @@ struct PlainTextValue {
 };
 
 PlainTextValue PlainTextValue_of(const GroupMemberTableRow& row);
-// The value of a text without its padding. Bytes are those of an encoding that keeps ASCII. Both are false,
-// with nothing raised, if the region handler has to read the text, or to say what is wrong with it.
+// The value of a text without its padding. Bytes are those of an encoding that keeps ASCII, and up to
+// `loaded` of them may be looked at, be they text or what stands behind it. Both are false, with nothing
+// raised, if the region handler has to read the text, or to say what is wrong with it.
 bool PlainTextValue_readBytes(const PlainTextValue* this_, ParserRegionHandler* handler,
-                              std::span<const uint8_t> text, PlainValue* value);
+                              std::span<const uint8_t> text, int64_t loaded, PlainValue* value);
 bool PlainTextValue_read(const PlainTextValue* this_, ParserRegionHandler* handler, std::u16string_view text,
                          PlainValue* value);
 

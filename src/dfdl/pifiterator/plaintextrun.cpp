@@ -41,6 +41,34 @@ std::span<const Char> trim(const RowPlan& plan, const Char* start, int64_t lengt
 
 #if defined(__SSE2__)
 
+// Of a block, `last` excluded.
+struct Extent {
+    int32_t first;
+    int32_t last;
+};
+
+// What of the block's first bytes is no padding.
+Extent trimBlock(const RowPlan& plan, __m128i block, int64_t count) {
+    const __m128i pads = _mm_cmpeq_epi8(block, _mm_set1_epi8(static_cast<char>(plan.padCharacter[0])));
+    const uint32_t own = (1U << count) - 1;
+    const uint32_t kept = ~static_cast<uint32_t>(_mm_movemask_epi8(pads)) & own;
+    int32_t first = 0;
+    auto last = static_cast<int32_t>(count);
+    if (plan.trimLeading != 0) first = kept == 0 ? last : std::countr_zero(kept);
+    if (plan.trimTrailing != 0) last = kept == 0 ? first : 32 - std::countl_zero(kept);
+    return {first, last};
+}
+
+std::span<const uint8_t> trimBytes(const RowPlan& plan, const PlainBytes& bytes) {
+    if (bytes.count > PLAIN_BLOCK || bytes.loaded < PLAIN_BLOCK || plan.trim != TRIM_CHARACTER ||
+        plan.padCharacter[0] >= ASCII) {
+        return trim(plan, bytes.start, bytes.count);
+    }
+    const __m128i block = _mm_loadu_si128(reinterpret_cast<const __m128i*>(bytes.start));
+    const Extent kept = trimBlock(plan, block, bytes.count);
+    return {bytes.start + kept.first, bytes.start + kept.last};
+}
+
 // Most texts are shorter than a block: they are decoded, and their padding is found, in one look at it. False
 // if the text is not of this kind.
 bool decodeBlock(const RowPlan& plan, const DFDLCharset* charset, const PlainBytes& bytes, UChar* target,
@@ -51,23 +79,21 @@ bool decodeBlock(const RowPlan& plan, const DFDLCharset* charset, const PlainByt
     const UChar pad = plan.padCharacter[0];
     const bool trims = plan.trim == TRIM_CHARACTER;
     if ((static_cast<uint32_t>(_mm_movemask_epi8(block)) & own) != 0 || (trims && pad >= ASCII)) return false;
-    auto first = 0;
-    auto last = static_cast<int32_t>(bytes.count);
-    if (trims) {
-        const __m128i pads = _mm_cmpeq_epi8(block, _mm_set1_epi8(static_cast<char>(pad)));
-        const uint32_t kept = ~static_cast<uint32_t>(_mm_movemask_epi8(pads)) & own;
-        if (plan.trimLeading != 0) first = kept == 0 ? last : std::countr_zero(kept);
-        if (plan.trimTrailing != 0) last = kept == 0 ? first : 32 - std::countl_zero(kept);
-    }
+    const Extent kept =
+        trims ? trimBlock(plan, block, bytes.count) : Extent{0, static_cast<int32_t>(bytes.count)};
     const __m128i zero = _mm_setzero_si128();
     _mm_storeu_si128(reinterpret_cast<__m128i*>(target), _mm_unpacklo_epi8(block, zero));
     _mm_storeu_si128(reinterpret_cast<__m128i*>(target + 8), _mm_unpackhi_epi8(block, zero));
-    target[last] = 0;
-    *text = {target + first, last - first};
+    target[kept.last] = 0;
+    *text = {target + kept.first, kept.last - kept.first};
     return true;
 }
 
 #else
+
+std::span<const uint8_t> trimBytes(const RowPlan& plan, const PlainBytes& bytes) {
+    return trim(plan, bytes.start, bytes.count);
+}
 
 bool decodeBlock(const RowPlan&, const DFDLCharset*, const PlainBytes&, UChar*, Text*) { return false; }
 
@@ -78,8 +104,9 @@ bool readValue(PIFIteratorForParser* iterator, const RowPlan& plan, DFDLCharset*
                const PlainBytes& bytes, PlainValue* value) {
     ParserRegionHandler* handler = iterator->parserRegionHandler;
     if (charset->road == ROAD_ASCII) {
-        return PlainTextValue_readBytes(&plan.textValue, handler, trim(plan, bytes.start, bytes.count),
-                                        value);
+        const std::span<const uint8_t> text = trimBytes(plan, bytes);
+        return PlainTextValue_readBytes(&plan.textValue, handler, text,
+                                        bytes.loaded - (text.data() - bytes.start), value);
     }
     UChar* const target = iterator->plainText;
     if (!DFDLCharset_decodeDirectly(charset, bytes.start, bytes.count, target)) return false;
