@@ -61,28 +61,110 @@ void giveDecimal(DocHandlerAdapter* adapter, const DFDLValue* value) {
     DFDLBufferFactory_FreeBuffer(adapter->messageHeap->bufferFactory, reinterpret_cast<uint8_t*>(digits));
 }
 
-// An integer of unlimited size that fits 64 bits: as the number that it is, or as digits.
-template <class Number, class Slot>
-void giveInteger(const DocHandlerAdapter* adapter, Slot slot, Number number, uint32_t type) {
-    DFDLDocHandlerImpl* handler = adapter->docHandler;
-    if (adapter->fastSmallIntegers != 0) return call(handler, slot, number, type);
-    if (handler->elementDecimalValue == nullptr) return;
-    char digits[DIGITS_CAPACITY];
-    char* end = std::to_chars(digits, digits + DIGITS_CAPACITY - 1, number).ptr;
-    *end = '\0';
-    handler->elementDecimalValue(handler, digits, static_cast<int32_t>(end - digits), type);
-}
-
 void giveCalendar(DFDLDocHandlerImpl* handler, const DFDLValue* value, uint32_t type) {
     call(handler, handler->elementCalendarValue, value->u.calendar.calendar, type);
 }
 
-// What a kind of value calls; integers stand in one 64-bit word and are narrowed to what the slot takes.
+// A word with a point, as a decimal is written; from the last digit to the first.
+void giveDigits(DFDLDocHandlerImpl* handler, int64_t word, int32_t places) {
+    if (handler->elementDecimalValue == nullptr) return;
+    uint64_t rest = word < 0 ? 0 - static_cast<uint64_t>(word) : static_cast<uint64_t>(word);
+    char text[DIGITS_CAPACITY + MOST_PLACES + 2];
+    char* const end = text + sizeof text - 1;
+    char* first = end;
+    const auto writeDigit = [&] {
+        *--first = static_cast<char>('0' + rest % 10);
+        rest /= 10;
+    };
+    *end = '\0';
+    for (int32_t place = 0; place < places; ++place) writeDigit();
+    if (places > 0) *--first = '.';
+    do writeDigit();
+    while (rest != 0);
+    if (word < 0) *--first = '-';
+    handler->elementDecimalValue(handler, first, static_cast<int32_t>(end - first), DFDL_VALUE_DECIMAL);
+}
+
+// ---- Values in words, by their type ---------------------------------------------------------------------
+
+using GivePlain = void (*)(const DocHandlerAdapter* adapter, PlainValue value);
+
+// Integers are narrowed to what the slot takes.
+template <auto Slot, uint32_t TYPE>
+void giveInteger(const DocHandlerAdapter* adapter, PlainValue value) {
+    call(adapter->docHandler, adapter->docHandler->*Slot, value.word, TYPE);
+}
+
+// One of unlimited size that fits 64 bits: as the number that it is, or as digits.
+template <class Number, auto Slot, uint32_t TYPE>
+void giveWideInteger(const DocHandlerAdapter* adapter, PlainValue value) {
+    DFDLDocHandlerImpl* handler = adapter->docHandler;
+    if (adapter->fastSmallIntegers != 0) return giveInteger<Slot, TYPE>(adapter, value);
+    if (handler->elementDecimalValue == nullptr) return;
+    char digits[DIGITS_CAPACITY];
+    char* end = std::to_chars(digits, digits + DIGITS_CAPACITY - 1, static_cast<Number>(value.word)).ptr;
+    *end = '\0';
+    handler->elementDecimalValue(handler, digits, static_cast<int32_t>(end - digits), TYPE);
+}
+
+void givePlainFloat(const DocHandlerAdapter* adapter, PlainValue value) {
+    call(adapter->docHandler, adapter->docHandler->elementFloatValue,
+         std::bit_cast<float>(static_cast<uint32_t>(value.word)), DFDL_VALUE_FLOAT);
+}
+
+void givePlainDouble(const DocHandlerAdapter* adapter, PlainValue value) {
+    call(adapter->docHandler, adapter->docHandler->elementDoubleValue, std::bit_cast<double>(value.word),
+         DFDL_VALUE_DOUBLE);
+}
+
+void givePlainDecimal(const DocHandlerAdapter* adapter, PlainValue value) {
+    giveDigits(adapter->docHandler, value.word, value.places);
+}
+
+template <uint32_t TYPE>
+void givePlainCalendar(const DocHandlerAdapter* adapter, PlainValue value) {
+    DFDLDocHandlerImpl* handler = adapter->docHandler;
+    if (handler->elementCalendarValue == nullptr) return;
+    const CalendarFields fields = PackedCalendar_fields(value.word);
+    DFDLCalendarImpl calendar{};
+    CalendarFields_fillCalendar(&fields, &calendar);
+    handler->elementCalendarValue(handler, &calendar, TYPE);
+}
+
+void giveNothing(const DocHandlerAdapter* /*adapter*/, PlainValue /*value*/) {}
+
+using Slots = DFDLDocHandlerImpl;
+// By DFDLType.
+constexpr GivePlain GIVE_PLAIN[] = {
+    giveNothing,
+    giveNothing,  // TYPE_NONE
+    giveNothing,  // TYPE_STRING
+    giveInteger<&Slots::elementBooleanValue, DFDL_VALUE_BOOLEAN>,
+    givePlainDecimal,
+    givePlainFloat,
+    givePlainDouble,
+    givePlainCalendar<DFDL_VALUE_DATETIME>,
+    givePlainCalendar<DFDL_VALUE_TIME>,
+    givePlainCalendar<DFDL_VALUE_DATE>,
+    giveNothing,  // TYPE_HEXBINARY
+    giveWideInteger<int64_t, &Slots::elementLongValue, DFDL_VALUE_INTEGER>,
+    giveInteger<&Slots::elementLongValue, DFDL_VALUE_LONG>,
+    giveInteger<&Slots::elementIntValue, DFDL_VALUE_INT>,
+    giveInteger<&Slots::elementShortValue, DFDL_VALUE_SHORT>,
+    giveInteger<&Slots::elementByteValue, DFDL_VALUE_BYTE>,
+    giveInteger<&Slots::elementULongValue, DFDL_VALUE_UNSIGNED_LONG>,
+    giveInteger<&Slots::elementUIntValue, DFDL_VALUE_UNSIGNED_INT>,
+    giveInteger<&Slots::elementUShortValue, DFDL_VALUE_UNSIGNED_SHORT>,
+    giveInteger<&Slots::elementUByteValue, DFDL_VALUE_UNSIGNED_BYTE>,
+    giveWideInteger<uint64_t, &Slots::elementULongValue, DFDL_VALUE_NON_NEGATIVE_INTEGER>,
+};
+static_assert(std::size(GIVE_PLAIN) == TYPE_NON_NEGATIVE_INTEGER + 1);
+
+// ---- Values of any type ----------------------------------------------------------------------------------
+
 void give(DocHandlerAdapter* adapter, const DFDLValue* value) {
     DFDLDocHandlerImpl* handler = adapter->docHandler;
     const auto& payload = value->u;
-    const int64_t number = payload.signedQ;
-    const uint64_t natural = payload.unsignedQ;
     switch (value->schemaType) {
         case TYPE_STRING:
             return giveString(handler, payload.string);
@@ -103,92 +185,9 @@ void give(DocHandlerAdapter* adapter, const DFDLValue* value) {
         case TYPE_HEXBINARY:
             return call(handler, handler->elementBinaryValue, payload.binary.data, payload.binary.length,
                         DFDL_VALUE_HEXBINARY);
-        case TYPE_INTEGER:
-            return giveInteger(adapter, handler->elementLongValue, number, DFDL_VALUE_INTEGER);
-        case TYPE_LONG:
-            return call(handler, handler->elementLongValue, number, DFDL_VALUE_LONG);
-        case TYPE_INT:
-            return call(handler, handler->elementIntValue, number, DFDL_VALUE_INT);
-        case TYPE_SHORT:
-            return call(handler, handler->elementShortValue, number, DFDL_VALUE_SHORT);
-        case TYPE_BYTE:
-            return call(handler, handler->elementByteValue, number, DFDL_VALUE_BYTE);
-        case TYPE_UNSIGNED_LONG:
-            return call(handler, handler->elementULongValue, natural, DFDL_VALUE_UNSIGNED_LONG);
-        case TYPE_UNSIGNED_INT:
-            return call(handler, handler->elementUIntValue, natural, DFDL_VALUE_UNSIGNED_INT);
-        case TYPE_UNSIGNED_SHORT:
-            return call(handler, handler->elementUShortValue, natural, DFDL_VALUE_UNSIGNED_SHORT);
-        case TYPE_UNSIGNED_BYTE:
-            return call(handler, handler->elementUByteValue, natural, DFDL_VALUE_UNSIGNED_BYTE);
-        case TYPE_NON_NEGATIVE_INTEGER:
-            return giveInteger(adapter, handler->elementULongValue, natural, DFDL_VALUE_NON_NEGATIVE_INTEGER);
-        default:
-            return;
-    }
-}
-
-// A word with a point, as a decimal is written; from the last digit to the first.
-void givePlainDecimal(DFDLDocHandlerImpl* handler, int64_t word, int32_t places) {
-    if (handler->elementDecimalValue == nullptr) return;
-    uint64_t rest = word < 0 ? 0 - static_cast<uint64_t>(word) : static_cast<uint64_t>(word);
-    char text[DIGITS_CAPACITY + MOST_PLACES + 2];
-    char* const end = text + sizeof text - 1;
-    char* first = end;
-    const auto writeDigit = [&] {
-        *--first = static_cast<char>('0' + rest % 10);
-        rest /= 10;
-    };
-    *end = '\0';
-    for (int32_t place = 0; place < places; ++place) writeDigit();
-    if (places > 0) *--first = '.';
-    do writeDigit();
-    while (rest != 0);
-    if (word < 0) *--first = '-';
-    handler->elementDecimalValue(handler, first, static_cast<int32_t>(end - first), DFDL_VALUE_DECIMAL);
-}
-
-void givePlainCalendar(DFDLDocHandlerImpl* handler, int64_t word, uint32_t type) {
-    if (handler->elementCalendarValue == nullptr) return;
-    const CalendarFields fields = PackedCalendar_fields(word);
-    DFDLCalendarImpl calendar{};
-    CalendarFields_fillCalendar(&fields, &calendar);
-    handler->elementCalendarValue(handler, &calendar, type);
-}
-
-void givePlainWord(DocHandlerAdapter* adapter, DFDLType type, int64_t word) {
-    DFDLValue value{};
-    value.schemaType = type;
-    switch (type) {
-        case TYPE_FLOAT:
-            value.u.floatValue = std::bit_cast<float>(static_cast<uint32_t>(word));
-            break;
-        case TYPE_DOUBLE:
-            value.u.doubleValue = std::bit_cast<double>(word);
-            break;
-        case TYPE_BOOLEAN:
-            value.u.boolean = static_cast<int32_t>(word);
-            break;
-        default:
-            value.u.signedQ = word;
-            break;
-    }
-    give(adapter, &value);
-}
-
-void givePlain(DocHandlerAdapter* adapter, const PlainElement* plan, PlainValue plain) {
-    const int64_t word = plain.word;
-    switch (plan->valueType) {
-        case TYPE_DATE:
-            return givePlainCalendar(adapter->docHandler, word, DFDL_VALUE_DATE);
-        case TYPE_TIME:
-            return givePlainCalendar(adapter->docHandler, word, DFDL_VALUE_TIME);
-        case TYPE_DATETIME:
-            return givePlainCalendar(adapter->docHandler, word, DFDL_VALUE_DATETIME);
-        case TYPE_DECIMAL:
-            return givePlainDecimal(adapter->docHandler, word, plain.places);
-        default:
-            return givePlainWord(adapter, plan->valueType, word);
+        default:  // integers, of which those without a sign have the same bits
+            return DocHandlerAdapter_plainValue(adapter, static_cast<DFDLType>(value->schemaType),
+                                                {payload.signedQ, 0});
     }
 }
 
@@ -216,11 +215,8 @@ void DocHandlerAdapter_endDocument(DocHandlerAdapter* this_, int64_t bytes) {
     call(this_->docHandler, this_->docHandler->endDocument, bytes);
 }
 
-void DocHandlerAdapter_plainWord(DocHandlerAdapter* this_, const PlainElement* plan, PlainValue value,
-                                 int64_t startBit, int64_t endBit) {
-    DocHandlerAdapter_startPlain(this_, plan, startBit);
-    givePlain(this_, plan, value);
-    DocHandlerAdapter_endElement(this_, endBit);
+void DocHandlerAdapter_plainValue(const DocHandlerAdapter* this_, DFDLType type, PlainValue value) {
+    if (type < std::size(GIVE_PLAIN)) GIVE_PLAIN[type](this_, value);
 }
 
 void DocHandlerAdapter_plainBytes(DocHandlerAdapter* this_, const PlainElement* plan, const uint8_t* bytes,

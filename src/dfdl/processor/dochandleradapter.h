@@ -76,9 +76,14 @@ inline void DocHandlerAdapter_plainText(DocHandlerAdapter* this_, const PlainEle
     }
     if (handler->endElement != nullptr) handler->endElement(handler, endBit);
 }
+void DocHandlerAdapter_plainValue(const DocHandlerAdapter* this_, DFDLType type, PlainValue value);
 // The same of an element whose value is in a word.
-void DocHandlerAdapter_plainWord(DocHandlerAdapter* this_, const PlainElement* plan, PlainValue value,
-                                 int64_t startBit, int64_t endBit);
+inline void DocHandlerAdapter_plainWord(DocHandlerAdapter* this_, const PlainElement* plan, PlainValue value,
+                                        int64_t startBit, int64_t endBit) {
+    DocHandlerAdapter_startPlain(this_, plan, startBit);
+    DocHandlerAdapter_plainValue(this_, plan->valueType, value);
+    DocHandlerAdapter_endElement(this_, endBit);
+}
 // The same of an element of opaque bytes.
 void DocHandlerAdapter_plainBytes(DocHandlerAdapter* this_, const PlainElement* plan, const uint8_t* bytes,
                                   int64_t count, int64_t startBit, int64_t endBit);
