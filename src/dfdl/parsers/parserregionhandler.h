@@ -167,7 +167,7 @@ struct ParsedNumber {
     double real;
     DFDLDecimal* decimal;  // the handler's scratch
 };
-// Adopts the text. Null with an error.
+// Adopts the text. Null with an error, but for a type that is none of numbers.
 DFDLValue* ParserRegionHandler_handleSimpleContent_TextNumber(ParserRegionHandler* this_,
                                                               const GroupMemberTableRow* row,
                                                               DFDLUString* text);
@@ -187,7 +187,8 @@ bool ParserRegionHandler_createDecimalFromText(ParserRegionHandler* this_, const
 // Digits of a radix behind an optional "-". A number that no signed word holds comes in the decimal.
 bool ParserRegionHandler_parseLong(ParserRegionHandler* this_, const DFDLUString* text, int32_t radix,
                                    ParsedNumber* number, const GroupMemberTableRow* row);
-// The value of the row's type; null with an error if the type has none for the number.
+// The value of the row's type; null with an error if the type has none for the number, and without one if it
+// is no type of numbers.
 DFDLValue* ParserRegionHandler_buildDFDLValueFromNumber(ParserRegionHandler* this_,
                                                         const ParsedNumber& number, const DFDLUString* text,
                                                         const GroupMemberTableRow* row);

@@ -112,6 +112,7 @@ DFDLValue* ParserRegionHandler_buildDFDLValueFromNumber(ParserRegionHandler* thi
                                                         const ParsedNumber& number, const DFDLUString* text,
                                                         const GroupMemberTableRow* row) {
     const int32_t type = row->simpleTypeKind;
+    if (type < SIMPLE_FLOAT || type > SIMPLE_NON_NEGATIVE_INTEGER) return nullptr;
     if (type == SIMPLE_FLOAT) return floatValue(this_, number, TYPE_FLOAT);
     if (type == SIMPLE_DOUBLE) return floatValue(this_, number, TYPE_DOUBLE);
     if (number.form == PARSED_DOUBLE) {

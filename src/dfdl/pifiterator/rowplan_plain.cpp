@@ -101,7 +101,7 @@ bool isPlainField(const RowPlan& plan) { return plan.isPlainField == PLAIN_SINGL
 PlainFieldKind plainFieldKind(const RowPlan& plan, const GroupMemberTableRow& row) {
     const bool plain = isUnframedText(plan, row) && (plan.nilKind == NK_NONE || isNilIfEmpty(plan, row)) &&
                        plan.lengthKind == DELIMITED && plan.units != BITS;
-    if (!plain) return PLAIN_NONE;
+    if (!plain || row.effectiveMaxOccurs == 0) return PLAIN_NONE;
     if (row.max_occurs == 1 && row.effectiveMaxOccurs == 1 && row.effectiveMinOccurs == row.min_occurs)
         return PLAIN_SINGLE;
     const bool open =
@@ -138,7 +138,7 @@ void RowPlan_planShortRoads(RowPlan* this_, const GroupMemberTableRow& row) {
 void RowPlan_planRecord(RowPlan* this_, const GroupMemberTableRow& row, const RowPlan* plans) {
     const bool plain = this_->unsupported == nullptr && this_->kind == ITEM_COMPLEX_ELEMENT &&
                        (row.flags & (FRAME & ~GM_TERMINATOR)) == 0 && this_->nilKind == NK_NONE &&
-                       !imposesLength(*this_);
+                       !imposesLength(*this_) && row.effectiveMaxOccurs != 0;
     const GroupMemberTableRow* model = plain ? row.elementRow->contentGroup->firstMember : nullptr;
     if (model == nullptr || model->groupRow == nullptr || !isBareSequence(plans[model->rowIndex], *model))
         return;

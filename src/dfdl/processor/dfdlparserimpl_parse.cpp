@@ -32,11 +32,12 @@ void startDocument(DFDLParserImpl* parser) {
     parser->parseInProgress = 1;
 }
 
-// Unread data behind the message, where they are not to be ignored.
+// Unread data behind the message, where they are not to be ignored. The rest of a byte that the message has a
+// part of is none.
 bool hasUnknownData(DFDLParserImpl* parser) {
     BufferManager* buffer = parser->bufferManager;
+    const int64_t position = (BufferManager_bitPosition(buffer) + 7) >> 3;
     if (parser->ignoreTrailingData != 0 || BufferManager_endOfDataStream(buffer)) return false;
-    const int64_t position = BufferManager_bytePosition(buffer);
     const auto byte = static_cast<uint8_t>(BufferManager_peekByte(buffer, position, nullptr));
     ProcessingError_reset(parser->context->currentError);
     ProcessingError_setValues(parser->context->currentError, __FILE__, __LINE__, DFDLParser_unknownData,
